@@ -1,0 +1,4 @@
+#include "frame/version.h"
+
+std::string ProgramName() { return "Zephrin"; }
+std::string ProgramVersion() { return "0.1"; }
