@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "board/random.h"
 #include "board/static_exchange.h"
 #include "search/quiescence.h"
 #include "settings/search_settings.h"

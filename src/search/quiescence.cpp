@@ -5,24 +5,13 @@
 #include "board/bitboard.h"
 #include "board/move_generator.h"
 #include "board/static_exchange.h"
-#include "search/search_tree.h"
 #include "settings/search_settings.h"
 
 // The two check bits of a move as a number: 1 direct, 2 discovered, 3 double.
 static int CheckKind(Move move) { return int((move >> 21) & 3); }
 
-// Whether the previous ply's checks form a line of queen checks worth following deeper.
-static bool FollowsQueenCheckLine(const SearchTree& tree, int distance, int gamma) {
-  int ply = tree.board.ply;
-  if (ply < 2 || tree.perpetual_records[ply - 1].found == 0) return false;
-  Move last_own = tree.line[ply - 2];
-  return MoveMoved(last_own) == QUEEN && MoveGivesCheck(last_own) && distance >= PERPETUAL_LINE_FLOOR &&
-         gamma >= tree.DrawValue();
-}
-
-int GenerationSet(const SearchTree& tree, int distance, int gamma) {
-  bool checks = distance >= generate_checking_moves_min_distance ||
-                FollowsQueenCheckLine(tree, distance, gamma);
+int GenerationSet(int distance, int gamma, bool queen_check_line) {
+  bool checks = distance >= generate_checking_moves_min_distance || queen_check_line;
   if (gamma > 31766) return checks ? GEN_CHECKS : 0;
   int mask = checks ? 0x1f : 0x11;
   if (distance >= generate_castling_moves_in_quiescence_min_distance) mask |= GEN_CASTLING;

@@ -4,8 +4,6 @@
 
 #include "board/board.h"
 
-struct SearchTree;
-
 // By PositionType: the average positional bonus that a capture must make up for.
 constexpr int QUIESCENCE_MARGIN[18] = {285, 275, 300, 300, 300, 400, 400, 400, 400,
                                        400, 500, 600, 600, 600, 1000, 3000, 5000, 700};
@@ -15,8 +13,9 @@ constexpr int EXCHANGE_POINTS[8] = {0, 0, 3, 3, 5, 9, 0, 0};
 // The lowest distance at which quiescence still follows a line of queen checks.
 constexpr int PERPETUAL_LINE_FLOOR = -256;
 
-// The generator mask for a quiescence node of the tree's current ply that is not in check.
-int GenerationSet(const SearchTree& tree, int distance, int gamma);
+// The generator mask for a quiescence node that is not in check. Checks are generated down to a
+// distance, and below it only along a line of queen checks (queen_check_line) that may be perpetual.
+int GenerationSet(int distance, int gamma, bool queen_check_line);
 
 // Whether a move generated at a quiescence node is worth searching.
 bool QuiescenceFilter(const Board& board, Move move, int distance, int gamma, int position_type);

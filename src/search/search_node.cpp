@@ -57,6 +57,14 @@ struct Node {
 
 bool IsQueenCheck(Move move) { return MoveMoved(move) == QUEEN && MoveGivesCheck(move); }
 
+// Below the distance for checks, quiescence still follows a line of queen checks that counts as
+// perpetual, as long as a draw would be welcome.
+bool FollowsQueenCheckLine(const Node& n) {
+  const SearchTree& tree = n.tree;
+  if (n.ply < 2 || tree.perpetual_records[n.ply - 1].found == 0) return false;
+  return IsQueenCheck(tree.line[n.ply - 2]) && n.distance >= PERPETUAL_LINE_FLOOR && n.gamma >= tree.DrawValue();
+}
+
 // Step 8: the position type after the move that led here, without a hash entry.
 int InheritedPositionType(const Node& n, int parent_type) {
   if (n.ply == 0) return parent_type;
@@ -107,7 +115,7 @@ void RecordCutoff(Node& n, Move move) {
 GenerateResult GenerateNodeMoves(Node& n, int& answer) {
   n.generated = true;
   if (n.distance <= 0 && !n.in_check) {
-    int mask = GenerationSet(n.tree, n.distance, n.gamma);
+    int mask = GenerationSet(n.distance, n.gamma, FollowsQueenCheckLine(n));
     n.end = mask == 0 ? n.list : GenerateMoves(n.list, n.board, mask);
     return GenerateResult::NORMAL;
   }
