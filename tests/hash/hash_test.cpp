@@ -1,6 +1,9 @@
 #include "hash/hash.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <cstdlib>
 
 #include "board/attack_tables.h"
 
@@ -78,6 +81,29 @@ TEST(HashTables, DetailedStatusTextCountsFilledSlots) {
             "#total slots:    32\n"
             "#free  slots:    24\n"
             "fill percentage: 25.00%\n\n");
+}
+
+// Under an address space limit, a resize that the system refuses reports it and keeps the old table
+// with its content; exits with 0 if so.
+[[noreturn]] void ResizeUnderAddressSpaceLimit() {
+  const rlim_t limit = rlim_t{768} << 20;
+  const rlimit address_space{limit, limit};
+  setrlimit(RLIMIT_AS, &address_space);
+  TranspositionTable.Resize(1);
+  TranspositionTable.StoreEntry(MakePvEntry(5, 1, 0, false, false, false));
+  const bool refused = ResizeHashTableByCommand("trans", "2G", true) == HASH_NOT_ENOUGH_MEMORY;
+  Move move = 0;
+  int depth = 0;
+  const bool kept = TranspositionTable.MemorySize() == 12288 && TranspositionTable.ProbeMove(5, move, depth);
+  std::_Exit(refused && kept ? 0 : 1);
+}
+
+TEST(HashTablesDeathTest, AllocationRefusedBySystemKeepsTheOldTable) {
+#if defined(__SANITIZE_ADDRESS__)
+  GTEST_SKIP() << "an address space limit doesn't mix with the address sanitizer";
+#else
+  EXPECT_EXIT(ResizeUnderAddressSpaceLimit(), ::testing::ExitedWithCode(0), "");
+#endif
 }
 
 }  // namespace
