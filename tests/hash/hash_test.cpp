@@ -83,6 +83,7 @@ TEST(HashTables, DetailedStatusTextCountsFilledSlots) {
             "fill percentage: 25.00%\n\n");
 }
 
+#if !defined(__SANITIZE_ADDRESS__)
 // Under an address space limit, a resize that the system refuses reports it and keeps the old table
 // with its content; exits with 0 if so.
 [[noreturn]] void ResizeUnderAddressSpaceLimit() {
@@ -97,6 +98,7 @@ TEST(HashTables, DetailedStatusTextCountsFilledSlots) {
   const bool kept = TranspositionTable.MemorySize() == 12288 && TranspositionTable.ProbeMove(5, move, depth);
   std::_Exit(refused && kept ? 0 : 1);
 }
+#endif
 
 TEST(HashTablesDeathTest, AllocationRefusedBySystemKeepsTheOldTable) {
 #if defined(__SANITIZE_ADDRESS__)
