@@ -9,6 +9,7 @@
 
 #include "board/board.h"
 #include "board/move_generator.h"
+#include "frame/string_conversions.h"
 #include "interfaces/fen.h"
 
 namespace {

@@ -4,6 +4,7 @@
 
 #include "board/attacks.h"
 #include "board/bitboard.h"
+#include "frame/string_conversions.h"
 #include "frame/tee_stream.h"
 
 const Piece INITIAL_SQUARES[64] = {
@@ -217,15 +218,4 @@ Bitboard Board::LineAttacks(Square s, int d) const {
   if (IsAntiDirection(d)) return AntiAttacks(s);
   if (IsDiagDirection(d)) return DiagAttacks(s);
   return 0;
-}
-
-std::string SquareText(Square s) {
-  return std::string{char('a' + FileOf(s)), char('1' + RankOf(s))};
-}
-
-Square SquareFromText(const std::string& text) {
-  if (text.size() != 2) return -1;
-  char file = char(text[0] | 0x20), rank = text[1];
-  if (file < 'a' || file > 'h' || rank < '1' || rank > '8') return -1;
-  return MakeSquare(file - 'a', rank - '1');
 }

@@ -152,7 +152,3 @@ constexpr PieceType TypeOf(Piece p) { return p < 0 ? -p : p; }
 
 // The 64 bytes of the initial position, a1 first.
 extern const Piece INITIAL_SQUARES[64];
-
-// Lower-case square name "e4"; SquareFromText accepts either case and returns -1 if malformed.
-std::string SquareText(Square s);
-Square SquareFromText(const std::string& text);

@@ -1,6 +1,9 @@
 #include "interfaces/fen.h"
 
+#include "frame/string_conversions.h"
+
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 namespace ZephrinInterfaces {
@@ -102,8 +105,9 @@ FenCounts ReadFen(const std::string& text, Board& board) {
   const int castling = ReadCastling(fields[2]);
   int ep = 0;
   if (fields[3] != "-") {
-    ep = SquareFromText(fields[3]);
-    if (ep < 0) throw fen_io_error("bad en-passant square in FEN: " + fields[3]);
+    std::optional<Square> square = ParseSquare(fields[3]);
+    if (!square) throw fen_io_error("bad en-passant square in FEN: " + fields[3]);
+    ep = *square;
   }
   std::int64_t half_moves = 0, full_moves = 0;
   if (!ParseInt(fields[4], half_moves) || half_moves < 0 || half_moves > 100)
