@@ -332,6 +332,7 @@ class EngineLog:
                            chatter=0, thinking_unposted=0, errors=0)
         self.position = None          # None while unknown (e.g. set up by "edit")
         self.history = []
+        self.edit = None              # the board being set up while in edit mode
         self.post = False
         self.pings = []
         self.sent_after_ping = set()  # commands sent since the oldest unanswered ping
@@ -348,6 +349,9 @@ class EngineLog:
         words = text.split()
         if not words:
             return
+        if self.edit is not None:
+            self.edit_command(line_no, text.strip())
+            return
         cmd = words[0]
         if self.pings:
             self.sent_after_ping.add(cmd)
@@ -361,8 +365,8 @@ class EngineLog:
                 self.position = None
                 self.note(line_no, "cannot read setboard position (%s); moves are not checked" % error)
         elif cmd == "edit":
-            self.position = None
-            self.note(line_no, "position set up by edit; moves are not checked until new or setboard")
+            base = self.position or Position()
+            self.edit = dict(board=base.board[:], white=True, white_to_move=base.white_to_move)
         elif cmd == "post":
             self.post = True
         elif cmd == "nopost":
@@ -380,6 +384,34 @@ class EngineLog:
             self.opponent_move(line_no, words[1])
         elif len(words) == 1 and re.fullmatch(r"[a-h][1-8][a-h][1-8][nbrq]?|O-O(-O)?|[NBRQK]?[a-h]?[1-8]?x?[a-h][1-8](=?[NBRQ])?[+#]?", cmd):
             self.opponent_move(line_no, cmd)
+
+    def edit_command(self, line_no, text):
+        """Edit mode: '#' clears the board, 'c' swaps the colour, 'Pe4' puts, 'xe4' clears,
+        '.' leaves. Castling is allowed where king and rook stand at home."""
+        e = self.edit
+        if text == "#":
+            e["board"] = ["."] * 64
+        elif text == "c":
+            e["white"] = not e["white"]
+        elif re.fullmatch(r"[PNBRQKx][a-h][1-8]", text):
+            piece = "." if text[0] == "x" else (text[0] if e["white"] else text[0].lower())
+            e["board"][parse_square(text[1:])] = piece
+        elif text == ".":
+            self.edit = None
+            b = e["board"]
+            rights = "".join(flag for flag, king, rook in (("K", 4, 7), ("Q", 4, 0), ("k", 60, 63), ("q", 60, 56))
+                             if b[king] == ("K" if flag.isupper() else "k")
+                             and b[rook] == ("R" if flag.isupper() else "r"))
+            rows = ["".join(b[r * 8:r * 8 + 8]) for r in range(7, -1, -1)]
+            placement = "/".join(re.sub(r"\.+", lambda m: str(len(m.group())), row) for row in rows)
+            fen = "%s %s %s - 0 1" % (placement, "w" if e["white_to_move"] else "b", rights or "-")
+            try:
+                self.position, self.history, self.game_over = Position(fen), [], False
+            except ValueError as error:
+                self.position = None
+                self.note(line_no, "edit gave no valid position (%s); moves are not checked" % error)
+        else:
+            self.note(line_no, "unknown edit command %r" % text)
 
     def take_back(self, n):
         for _ in range(n):

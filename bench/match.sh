@@ -134,7 +134,7 @@ mapfile -t names < <(sed -e '/^[[:space:]]*$/d' -e '/^[[:space:]]*#/d' "$opening
 # is told apart from a time forfeit, which is all xboard itself reports for an engine that
 # died while on move.
 cat >"$out/engine-guard.py" <<'EOF'
-import os, signal, subprocess, sys
+import signal, subprocess, sys, time
 status_file, command = sys.argv[1], sys.argv[2:]
 child = subprocess.Popen(command)
 def forward(signum, frame):
@@ -146,7 +146,7 @@ for signum in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
     signal.signal(signum, forward)
 code = child.wait()
 with open(status_file, "a") as f:
-    f.write("%d\n" % code)
+    f.write("%d %.3f\n" % (code, time.time()))
 sys.exit(code if code >= 0 else 128 - code)
 EOF
 
@@ -156,6 +156,18 @@ base_seconds=$(awk -v t="$tc" 'BEGIN { n = split(t, p, ":"); print (n == 2 ? p[1
 if [ -z "$pair_timeout" ]; then
   pair_timeout=$(awk -v b="$base_seconds" -v i="$inc" 'BEGIN { printf "%d", 2 * (2 * (b + 300 * i) + 15) + 60 }')
 fi
+
+# Stops the xboard of pair $1, if it still runs; and on an interrupt of the whole match.
+stop_xboard() {
+  local pid
+  pid=$(cat "$out/status/xboard-$1.pid" 2>/dev/null) || return 0
+  date +%s.%N >"$out/status/stopped-$1"
+  kill -TERM "$pid" 2>/dev/null || return 0
+  sleep 2
+  kill -KILL "$pid" 2>/dev/null
+  echo "match.sh: xboard stopped" >>"$out/logs/xboard-$1.out"
+}
+trap '[ -z "${nn:-}" ] || stop_xboard "$nn"; exit 130' INT TERM
 
 ponder_flag=-xponder
 [ "$ponder" = 1 ] && ponder_flag=-ponder
@@ -178,10 +190,30 @@ for ((pair = 1; pair <= pairs; pair++)); do
   [ "$second_uci" = 1 ] && args+=(-sUCI)
   [ -n "$first_opts" ] && args+=(-firstOptions "$first_opts")
   [ -n "$second_opts" ] && args+=(-secondOptions "$second_opts")
-  (cd "$out" && timeout -k 10 "$pair_timeout" xvfb-run -a xboard "${args[@]}") >"$out/logs/xboard-$nn.out" 2>&1 </dev/null
+  # xboard runs under a virtual display; its own process id goes to a file so that it can be
+  # stopped when it hangs: it ignores SIGTERM, and after an engine has died it may wait for ever
+  # on an error popup. It gets the time to finish the game on the clock, then it is stopped.
+  rm -f "$out/status/xboard-$nn.pid"
+  (cd "$out" && exec xvfb-run -a sh -c 'echo $$ >"$0"; exec xboard "$@"' "$out/status/xboard-$nn.pid" "${args[@]}") \
+    >"$out/logs/xboard-$nn.out" 2>&1 </dev/null &
+  run_pid=$!
+  limit=$((SECONDS + pair_timeout)) died="" stopped=""
+  while kill -0 "$run_pid" 2>/dev/null; do
+    sleep 1
+    if [ -z "$died" ] && cat "$out/status/first-$nn" "$out/status/second-$nn" 2>/dev/null | grep -qvE -- '^(0|-2|-9|-15) '; then
+      died=1 limit=$((SECONDS + 2 * base_seconds + 15))
+    fi
+    if [ "$SECONDS" -ge "$limit" ]; then
+      stopped=${died:+crash}
+      stopped=${stopped:-timeout}
+      stop_xboard "$nn"
+      break
+    fi
+  done
+  wait "$run_pid"
   rc=$?
   score=$(sed -n 's/.*final score \([0-9]*-[0-9]*-[0-9]*\).*/\1/p' "$out/logs/xboard-$nn.out" | tail -n 1)
-  printf '%s\t%s\t%s\t%s\t%s\n' "$nn" "$in_pair" "$rc" "${score:--}" "${names[$index]:-}" >>"$out/pairs.tsv"
+  printf '%s\t%s\t%s\t%s\t%s\t%s\n' "$nn" "$in_pair" "$rc" "${score:--}" "${stopped:--}" "${names[$index]:-}" >>"$out/pairs.tsv"
   say "pair $nn (${names[$index]:-position $((index + 1))}): xboard exit $rc, score ${score:-none}"
 done
 cat "$out"/pgn/*.pgn >"$out/games.pgn" 2>/dev/null
@@ -216,13 +248,14 @@ def pgn_games(path):
         games.append((result, end.group(1).strip() if end else ""))
     return games
 
-def crashed(status_path):
-    """Abnormal ends of the engine processes: a fatal signal or a non-zero exit status."""
-    bad = []
+def crashed(status_path, stopped_at):
+    """Abnormal ends of the engine processes: a fatal signal or a non-zero exit status, before
+    match.sh had to stop xboard (after which an engine may die of a broken pipe)."""
     try:
-        codes = [int(line) for line in open(status_path) if line.strip()]
+        ends = [line.split() for line in open(status_path) if line.strip()]
     except OSError:
-        return bad
+        return []
+    codes = [int(code) for code, when in ends if float(when) < stopped_at]
     # xboard may end an engine after "quit" with SIGTERM or SIGKILL; that is no crash.
     benign = (0, -signal.SIGTERM, -signal.SIGKILL, -signal.SIGINT)
     return [code for code in codes if code not in benign]
@@ -231,14 +264,19 @@ def describe(code):
     return "killed by %s" % signal.Signals(-code).name if code < 0 else "exit status %d" % code
 
 for row in open(os.path.join(out, "pairs.tsv")):
-    nn, in_pair, rc, score, name = (row.rstrip("\n").split("\t") + [""] * 5)[:5]
+    nn, in_pair, rc, score, stopped, name = (row.rstrip("\n").split("\t") + [""] * 6)[:6]
     in_pair, rc = int(in_pair), int(rc)
     games = pgn_games(os.path.join(out, "pgn", nn + ".pgn"))
+    try:
+        stopped_at = float(open(os.path.join(out, "status", "stopped-" + nn)).read())
+    except (OSError, ValueError):
+        stopped_at = math.inf
     pair_crash = {s: False for s in sides}
     for s in sides:
-        for code in crashed(os.path.join(out, "status", "%s-%s" % (s, nn))):
+        for code in crashed(os.path.join(out, "status", "%s-%s" % (s, nn)), stopped_at):
             pair_crash[s] = True
             notes.append("pair %s: %s engine %s" % (nn, s, describe(code)))
+    died = dict(pair_crash)  # an engine that died on move loses the last game on time
     finished = 0
     for number, (result, reason) in enumerate(games, 1):
         first_white = number % 2 == 1
@@ -269,11 +307,16 @@ for row in open(os.path.join(out, "pairs.tsv")):
             count["illegal"][loser or "first"] += 1
             notes.append("pair %s game %d: %s" % (nn, number, reason))
         elif re.search(r"on time|flag fell|time forfeit", text) and loser:
-            count["forfeit"][loser] += 1
-            notes.append("pair %s game %d: %s" % (nn, number, reason))
+            if died[loser] and number == len(games):
+                notes.append("pair %s game %d: %s (the %s engine had died)" % (nn, number, reason, loser))
+            else:
+                count["forfeit"][loser] += 1
+                notes.append("pair %s game %d: %s" % (nn, number, reason))
     unfinished += in_pair - finished
-    if rc == 124 or rc == 137:
+    if stopped == "timeout":
         notes.append("pair %s: xboard did not finish in time and was stopped" % nn)
+    elif stopped == "crash":
+        notes.append("pair %s: xboard was stopped after an engine had died" % nn)
     elif rc != 0:
         notes.append("pair %s: xboard ended with status %d%s" % (nn, rc, "" if score != "-" else ", no final score"))
     for s in sides:
@@ -316,8 +359,9 @@ print("  illegal moves:   first %d, second %d" % (count["illegal"]["first"], cou
 print("  time forfeits:   first %d, second %d" % (count["forfeit"]["first"], count["forfeit"]["second"]))
 print("  crashes:         first %d, second %d" % (count["crash"]["first"], count["crash"]["second"]))
 print("  unfinished:      %d" % unfinished)
-print("  protocol log of the first engine: %d failures (%s moves checked)%s"
-      % (protocol_failures, fields.get("moves", "?"),
+checked = int(fields.get("moves", 0)) - int(fields.get("unchecked", 0))
+print("  protocol log of the first engine: %d failures (%d of %s moves checked)%s"
+      % (protocol_failures, checked, fields.get("moves", "?"),
          ", see logs/protocol-check.txt" if protocol_failures else ""))
 for note in notes[:30]:
     print("  - " + note)
