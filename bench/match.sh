@@ -24,6 +24,10 @@ Usage: bench/match.sh [options]
       --start K         begin with the K-th opening (default 1)
   -d, --out DIR         output directory (default /tmp/zephrin-match-DATE-TIME)
       --timeout SECONDS limit for one pair of games (default from the time control)
+      --strict          the first engine may send nothing but protocol lines (the default
+                        for zephrin)
+      --lenient         other output of the first engine is only noted (the default for
+                        other engines, which talk freely)
       --quiet           print only the summary
   -h, --help            this text
 
@@ -37,7 +41,7 @@ export PATH="$PATH:/usr/games"
 root=$(cd "$here/.." && pwd)
 
 games=4 opponent=fairymax first="$root/build/zephrin" tc=0:05 inc=0.1 ponder=0
-openings="$here/openings.fen" start=1 out="" pair_timeout="" quiet=0
+openings="$here/openings.fen" start=1 out="" pair_timeout="" quiet=0 strict=auto
 while [ $# -gt 0 ]; do
   case "$1" in
     -n|--games) games=$2; shift ;;
@@ -51,6 +55,8 @@ while [ $# -gt 0 ]; do
     -d|--out) out=$2; shift ;;
     --timeout) pair_timeout=$2; shift ;;
     --quiet) quiet=1 ;;
+    --strict) strict=1 ;;
+    --lenient) strict=0 ;;
     -h|--help) usage; exit 0 ;;
     *) echo "match.sh: unknown argument '$1' (try --help)" >&2; exit 2 ;;
   esac
@@ -219,8 +225,11 @@ done
 cat "$out"/pgn/*.pgn >"$out/games.pgn" 2>/dev/null
 
 # The first engine's protocol traffic. Foreign engines may talk freely; ours may not.
+case "$strict" in
+  auto) [ "$(basename "${first_cmd%% *}")" = zephrin ] && strict=1 || strict=0 ;;
+esac
 chatter=""
-[ "$first_cmd" = "$root/build/zephrin" ] || chatter=--allow-chatter
+[ "$strict" = 1 ] || chatter=--allow-chatter
 python3 "$here/check-protocol-log.py" $chatter "$out"/logs/xboard-*.debug >"$out/logs/protocol-check.txt" 2>&1
 
 python3 - "$out" "$games" "$first" "$opponent" <<'EOF' | tee "$out/summary.txt"
@@ -276,6 +285,15 @@ for row in open(os.path.join(out, "pairs.tsv")):
         for code in crashed(os.path.join(out, "status", "%s-%s" % (s, nn)), stopped_at):
             pair_crash[s] = True
             notes.append("pair %s: %s engine %s" % (nn, s, describe(code)))
+    # An engine that quit by itself while xboard still talked to it shows here.
+    try:
+        said = open(os.path.join(out, "logs", "xboard-%s.out" % nn), errors="replace").read()
+    except OSError:
+        said = ""
+    for who in set(re.findall(r"Error (?:writing to|reading from) (first|second) chess program", said)):
+        if not pair_crash[who]:
+            pair_crash[who] = True
+            notes.append("pair %s: %s engine went away while xboard still needed it" % (nn, who))
     died = dict(pair_crash)  # an engine that died on move loses the last game on time
     finished = 0
     for number, (result, reason) in enumerate(games, 1):
@@ -340,8 +358,8 @@ if played:
         return ("%+.0f" % x) if math.isfinite(x) else ("+inf" if x > 0 else "-inf")
     low, high = elo(score - margin), elo(score + margin)
     print("  score %.1f/%d = %.1f%%" % (wins + draws / 2, played, 100 * score))
-    if score in (0, 1):
-        print("  Elo difference %s (every game went one way: no error bar)" % fmt(elo(score)))
+    if var == 0:
+        print("  Elo difference %s (all games alike: no error bar)" % fmt(elo(score)))
     else:
         print("  Elo difference %s, 95%% interval [%s, %s]" % (fmt(elo(score)), fmt(low), fmt(high)))
         if math.isfinite(low) and math.isfinite(high):
