@@ -134,6 +134,18 @@ rm -f "$out"/pgn/* "$out"/status/* "$out"/logs/* "$out/games.pgn" "$out/pairs.ts
 mapfile -t positions < <(sed -e 's/#.*//' -e 's/[[:space:]]*$//' -e '/^[[:space:]]*$/d' "$openings")
 [ ${#positions[@]} -gt 0 ] || die "no positions in $openings"
 [ "$start" -le ${#positions[@]} ] || die "--start $start is beyond the ${#positions[@]} positions"
+python3 - "$here/check-protocol-log.py" "${positions[@]}" <<'PY' || die "bad position in $openings"
+import importlib.util, sys
+spec = importlib.util.spec_from_file_location("checker", sys.argv[1])
+checker = importlib.util.module_from_spec(spec)
+spec.loader.exec_module(checker)
+for number, fen in enumerate(sys.argv[2:], 1):
+    try:
+        if not checker.Position(fen).legal_moves():
+            raise ValueError("the game is already over")
+    except ValueError as error:
+        sys.exit("position %d, %s: %s" % (number, fen, error))
+PY
 mapfile -t names < <(sed -e '/^[[:space:]]*$/d' -e '/^[[:space:]]*#/d' "$openings" | sed -n 's/.*#[[:space:]]*//p;t;s/.*//p')
 
 # Each engine runs under a small guard that records how its process ended, so that a crash
