@@ -1,2 +1,12 @@
 // Entry point of the engine.
-int main() { return 0; }
+#include "board/attack_tables.h"
+#include "board/board.h"
+#include "frame/tee_stream.h"
+
+int main() {
+  InitAttackTables();
+  Board board;
+  board.Display(true);
+  Out.Flush();
+  return 0;
+}
