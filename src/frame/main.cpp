@@ -5,8 +5,10 @@
 #include <string>
 #include <vector>
 
+#include "board/attack_tables.h"
 #include "frame/command_line.h"
 #include "frame/main_loop.h"
+#include "hash/hash.h"
 #include "interfaces/console_protocol.h"
 #include "interfaces/game.h"
 
@@ -14,6 +16,8 @@ int main(int argc, char* argv[]) {
   // Standard input gets a buffer of its own, so that a line already read into it counts as waiting input.
   std::ios::sync_with_stdio(false);
 
+  InitAttackTables();
+  ResizeHashTablesToDefaults();
   ExecutableDirectory(argc > 0 ? argv[0] : "");
 
   std::vector<std::string> arguments;

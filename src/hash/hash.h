@@ -15,8 +15,8 @@ extern PAWN_HASH_TABLE PawnHashTable;
 extern EVALUATION_HASH_TABLE EvaluationHashTable;
 
 constexpr std::uint64_t DEFAULT_TRANSPOSITION_TABLE_BYTES = 0x2000000;  // 32 MiB
-constexpr std::uint64_t DEFAULT_PAWN_HASH_TABLE_BYTES = 0x400000;       // 4 MiB
-constexpr std::uint64_t DEFAULT_EVALUATION_HASH_TABLE_BYTES = 0x400000; // 4 MiB
+constexpr std::uint64_t DEFAULT_PAWN_HASH_TABLE_BYTES = 0x400000;        // 4 MiB
+constexpr std::uint64_t DEFAULT_EVALUATION_HASH_TABLE_BYTES = 0x400000;  // 4 MiB
 
 // Start-up: the transposition, pawn and evaluation tables, in this order, get their default sizes.
 // A table whose memory is refused stays at its smallest size.

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "board/attack_tables.h"
 #include "board/types.h"
 #include "hash/abstract_hash_table.h"
 
@@ -45,7 +46,7 @@ class PAWN_HASH_TABLE final : public ABSTRACT_HASH_TABLE {
   std::uint64_t FreeSlotCount() const override;
   std::uint64_t EntrySize() const override { return sizeof(PAWN_HASH_ENTRY); }
 
-  // The entry of these pawns in this position type, or null. Needs the attack tables' keys.
+  // The entry of these pawns in this position type, or null.
   const PAWN_HASH_ENTRY* Probe(std::uint64_t pawn_key, int position_type) const {
     const PAWN_HASH_ENTRY& entry = slots[Index(pawn_key, position_type)];
     return entry.key == pawn_key && entry.position_type == position_type ? &entry : nullptr;
@@ -55,7 +56,9 @@ class PAWN_HASH_TABLE final : public ABSTRACT_HASH_TABLE {
 
   std::uint64_t Mask() const { return mask; }
   // The slot of these pawns in this position type: the same pawns land apart for different types.
-  std::uint64_t Index(std::uint64_t pawn_key, int position_type) const;
+  std::uint64_t Index(std::uint64_t pawn_key, int position_type) const {
+    return (pawn_key ^ Tables.piece_keys[position_type][0]) & mask;
+  }
 
  private:
   std::unique_ptr<PAWN_HASH_ENTRY[]> slots;

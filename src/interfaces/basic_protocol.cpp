@@ -5,6 +5,7 @@
 
 #include "frame/tee_stream.h"
 #include "frame/version.h"
+#include "hash/hash.h"
 #include "interfaces/command.h"
 #include "interfaces/command_parser.h"
 #include "interfaces/commands.h"
@@ -97,6 +98,11 @@ void BasicProtocol::ConsiderDraw(bool opponent_is_computer) {
   if (!opponent_is_computer) {
     TellUser(ShortName() + " is thinking about the draw offer and will decide after the next move.");
   }
+}
+
+void BasicProtocol::DisplayHashTables(bool detailed) {
+  Out << HashTablesStatusText(detailed);
+  Out.Flush();
 }
 
 void BasicProtocol::PrintHelp() { ZephrinHelpScreen::ShowHelp(); }

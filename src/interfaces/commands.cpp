@@ -4,6 +4,7 @@
 
 #include "frame/control_exceptions.h"
 #include "frame/tee_stream.h"
+#include "hash/hash.h"
 #include "interfaces/basic_protocol.h"
 #include "interfaces/console_protocol.h"
 #include "interfaces/game.h"
@@ -122,8 +123,16 @@ void Command_Otim::Execute(Game&) { RaiseNotAvailableYet(*this); }
 
 // --- Engine set-up commands ---
 
-void Command_DisplayHashtableStatus::Execute(Game&) { RaiseNotAvailableYet(*this); }
-void Command_ResizeHashtable::Execute(Game&) { RaiseNotAvailableYet(*this); }
+void Command_DisplayHashtableStatus::Execute(Game& game) {
+  game.Protocol().DisplayHashTables(true);
+  done = true;
+}
+
+void Command_ResizeHashtable::Execute(Game& game) {
+  const std::string refusal = ResizeHashTableByCommand(type, size, game.game_mode == GAME_MODE_FORCE);
+  if (!refusal.empty()) Refuse(*this, refusal);
+  done = true;
+}
 void Command_DisplayTablebasesStatus::Execute(Game&) { RaiseNotAvailableYet(*this); }
 
 void Command_InitTablebases::Execute(Game& game) {
