@@ -1,7 +1,9 @@
-// The program's name and version, as the `version` command and the command line report them.
+// The program's name and version, and the text that `version` prints.
 #pragma once
 
 #include <string>
 
 std::string ProgramName();
 std::string ProgramVersion();
+// The version line with build date and time, the build description and the author line.
+std::string VersionText();

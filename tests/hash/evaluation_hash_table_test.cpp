@@ -1,0 +1,36 @@
+#include "hash/evaluation_hash_table.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(EvaluationHashTable, SizesAndOverwrites) {
+  EVALUATION_HASH_TABLE table;
+  EXPECT_EQ(table.MemorySize(), 512u);
+  ASSERT_TRUE(table.Resize(4194304));
+  EXPECT_EQ(table.SlotCount(), 262144u);
+  ASSERT_TRUE(table.Resize(1000));  // 62 entries fit, the table takes 32
+  EXPECT_EQ(table.SlotCount(), 32u);
+  ASSERT_TRUE(table.Resize(3 * 512));
+  EXPECT_EQ(table.SlotCount(), 64u);
+  EXPECT_FALSE(table.Resize(~std::uint64_t{0}));
+  EXPECT_EQ(table.SlotCount(), 64u);
+
+  EXPECT_EQ(table.Probe(0x99, 0), EVALUATION_PROBE_MISS);
+  table.Store(0x99, -120);
+  EXPECT_EQ(table.Probe(0x99, -119), EVALUATION_PROBE_BELOW_BOUND);
+  EXPECT_EQ(table.Probe(0x99, -120), EVALUATION_PROBE_AT_LEAST_BOUND);
+  EXPECT_EQ(table.Probe(0x99 + 64, -120), EVALUATION_PROBE_MISS);
+  EXPECT_EQ(table.FreeSlotCount(), 63u);
+
+  table.Store(0x99 + 64, 300);  // same slot: the old score is gone
+  EXPECT_EQ(table.Probe(0x99, -120), EVALUATION_PROBE_MISS);
+  EXPECT_EQ(table.Probe(0x99 + 64, 300), EVALUATION_PROBE_AT_LEAST_BOUND);
+  EXPECT_EQ(table.Probe(0x99 + 64, 301), EVALUATION_PROBE_BELOW_BOUND);
+
+  table.Clear();
+  EXPECT_EQ(table.Probe(0x99 + 64, 0), EVALUATION_PROBE_MISS);
+  EXPECT_EQ(table.FreeSlotCount(), 64u);
+}
+
+}  // namespace
