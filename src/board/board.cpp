@@ -190,7 +190,13 @@ bool Board::IsConsistent() const {
   // Rebuild from the squares alone; an invalid position (e.g. a test setting one up) may still
   // be consistent, so SetPosition's verdict is not used.
   fresh.SetPosition(squares, side_to_move, ep, castling);
-  if (std::memcmp(sides, fresh.sides, sizeof(sides)) != 0) return false;
+  for (Color c = 0; c < 2; ++c) {
+    const BoardSide &a = sides[c], &b = fresh.sides[c];
+    if (a.pawns != b.pawns || a.knights != b.knights || a.bishops != b.bishops || a.rooks != b.rooks ||
+        a.queens != b.queens || a.all != b.all || a.king_square != b.king_square ||
+        a.minor_units != b.minor_units || a.major_units != b.major_units)
+      return false;
+  }
   if (occupied != fresh.occupied || occupied_diag != fresh.occupied_diag ||
       occupied_file != fresh.occupied_file || occupied_anti != fresh.occupied_anti)
     return false;

@@ -1,0 +1,230 @@
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "board/attacks.h"
+#include "board/board.h"
+#include "board/move_generator.h"
+#include "board/pseudo_legal.h"
+#include "board/reference_moves.h"
+#include "interfaces/fen.h"
+
+namespace {
+
+#ifdef NDEBUG
+constexpr int WALK_DEPTH = 3;
+#else
+constexpr int WALK_DEPTH = 2;  // the sanitizer build is many times slower
+#endif
+
+Board FromFen(const std::string& fen) {
+  Board board;
+  ZephrinInterfaces::ReadFen(fen, board);
+  return board;
+}
+
+std::vector<Move> Generate(const Board& board, int mask) {
+  Move moves[MAX_MOVES];
+  return std::vector<Move>(moves, GenerateMoves(moves, board, mask));
+}
+
+bool IsCastling(Move m) {
+  return MoveMoved(m) == KING && (MoveTo(m) - MoveFrom(m) == 2 || MoveFrom(m) - MoveTo(m) == 2);
+}
+
+// Whether the spec'd move classes of a partial mask take this move (not in check).
+bool Wanted(Move m, int mask, bool in_check) {
+  const bool direct = m & MOVE_DIRECT_CHECK, discovered = m & MOVE_DISCOVERED_CHECK;
+  const PieceType promotion = MovePromotion(m);
+  if (promotion) {
+    if (mask & (GEN_QUIET | GEN_UNDERPROMOTIONS)) return true;
+    if (promotion == QUEEN && ((mask & GEN_QUEEN_PROMOTIONS) || (MoveCaptured(m) && (mask & GEN_CAPTURES))))
+      return true;
+    return direct && ((mask & GEN_DIRECT_CHECKS) || ((mask & GEN_DOUBLE_CHECKS) && discovered));
+  }
+  if (in_check) return true;
+  if (IsCastling(m)) return (mask & GEN_CASTLING) || ((mask & GEN_DIRECT_CHECKS) && direct);
+  if ((mask & GEN_QUIET) || (MoveCaptured(m) && (mask & GEN_CAPTURES))) return true;
+  const int check_class = direct && discovered ? GEN_DOUBLE_CHECKS
+                          : direct             ? GEN_DIRECT_CHECKS
+                          : discovered         ? GEN_DISCOVERED_CHECKS
+                                               : 0;
+  return mask & check_class;
+}
+
+// Every field that make and undo must restore; per-ply records above ply are stale and ignored.
+void ExpectSameBoard(const Board& a, const Board& b, const std::string& where) {
+  ASSERT_EQ(a.ply, b.ply) << where;
+  EXPECT_EQ(a.side_to_move, b.side_to_move) << where;
+  EXPECT_EQ(a.phase, b.phase) << where;
+  EXPECT_EQ(a.occupied, b.occupied) << where;
+  EXPECT_EQ(a.occupied_diag, b.occupied_diag) << where;
+  EXPECT_EQ(a.occupied_file, b.occupied_file) << where;
+  EXPECT_EQ(a.occupied_anti, b.occupied_anti) << where;
+  for (Color c = 0; c < 2; ++c) {
+    const BoardSide &x = a.sides[c], &y = b.sides[c];
+    EXPECT_TRUE(x.pawns == y.pawns && x.knights == y.knights && x.bishops == y.bishops && x.rooks == y.rooks &&
+                x.queens == y.queens && x.all == y.all && x.king_square == y.king_square &&
+                x.minor_units == y.minor_units && x.major_units == y.major_units)
+        << where << " side " << c;
+  }
+  EXPECT_EQ(0, std::memcmp(a.squares, b.squares, sizeof(a.squares))) << where;
+  EXPECT_EQ(a.key_history - a.key_store, b.key_history - b.key_store) << where;
+  for (int i = 0; i <= a.ply; ++i) {
+    const BoardPlyState &x = a.plies[i], &y = b.plies[i];
+    EXPECT_TRUE(x.material == y.material && x.reversible_count == y.reversible_count &&
+                x.ep_square == y.ep_square && x.castling == y.castling && x.in_check == y.in_check &&
+                x.pawn_key == y.pawn_key)
+        << where << " ply " << i;
+    EXPECT_EQ(a.key_history[i], b.key_history[i]) << where;
+  }
+}
+
+std::string Describe(const Board& board, Move m) {
+  return ZephrinInterfaces::BoardToFen(board, 1) + " move " + std::to_string(MoveFrom(m)) + "-" +
+         std::to_string(MoveTo(m)) + " word 0x" + [m] {
+           char text[16];
+           std::snprintf(text, sizeof text, "%x", m);
+           return std::string(text);
+         }();
+}
+
+// Checks one move: keys, consistency, check bits against a slow test, and the exact undo.
+void CheckMove(Board& board, Move m) {
+  const Board before(board);
+  const std::string where = Describe(board, m);
+  const std::uint64_t predicted = board.KeyAfterMove(m);
+  EXPECT_TRUE(IsMovePseudoLegal(board, m)) << where;
+  EXPECT_FALSE(IsMovePseudoLegal(board, m ^ MOVE_DIRECT_CHECK)) << where;
+  EXPECT_FALSE(IsMovePseudoLegal(board, m ^ MOVE_DISCOVERED_CHECK)) << where;
+  EXPECT_FALSE(WouldLeaveOwnKingInCheck(board, m)) << where;
+
+  board.MakeMove(m);
+  EXPECT_TRUE(board.IsConsistent()) << where;
+  EXPECT_EQ(board.Key(), predicted) << where;
+  EXPECT_EQ(board.Key(), board.ComputeKey()) << where;
+  EXPECT_EQ(board.PawnKey(), board.ComputePawnKey()) << where;
+  // The checking piece of a castling is the rook, which the move word counts as direct.
+  Square checker = MoveTo(m);
+  if (IsCastling(m)) checker = MoveTo(m) > MoveFrom(m) ? MoveTo(m) - 1 : MoveTo(m) + 1;
+  const Square q = board.sides[board.side_to_move].king_square;
+  bool discovered = false;
+  for (Square s = 0; s < 64; ++s)
+    if (s != checker && board.squares[s] && ColorOf(board.squares[s]) != board.side_to_move)
+      discovered = discovered || reference::PieceAttacks(board, s, q);
+  EXPECT_EQ((m & MOVE_DIRECT_CHECK) != 0, reference::PieceAttacks(board, checker, q)) << where;
+  EXPECT_EQ((m & MOVE_DISCOVERED_CHECK) != 0, discovered) << where;
+  EXPECT_EQ(board.InCheck(), reference::Attacks(board, q, board.side_to_move ^ 1)) << where;
+  board.UnmakeMove(m);
+  ExpectSameBoard(board, before, where);
+}
+
+// Checks the lists of a node: legal moves against the slow reference, partial masks against the
+// full list, and every move by CheckMove; then walks on.
+void Walk(Board& board, int depth) {
+  const std::vector<Move> all = Generate(board, GEN_ALL);
+  const std::string where = ZephrinInterfaces::BoardToFen(board, 1);
+  std::set<reference::MoveKey> generated;
+  for (Move m : all) generated.insert({MoveFrom(m), MoveTo(m), MovePromotion(m)});
+  ASSERT_EQ(generated.size(), all.size()) << where;
+  ASSERT_EQ(generated, reference::LegalMoves(board)) << where;
+  EXPECT_EQ(all, Generate(board, GEN_ALL)) << where;
+  for (int mask : {0x5f, 0x1f, 0x51, 0x11, 0x0e}) {
+    std::vector<Move> expected;
+    for (Move m : all)
+      if (Wanted(m, mask, board.InCheck())) expected.push_back(m);
+    EXPECT_EQ(Generate(board, mask), expected) << where << " mask " << mask;
+  }
+  for (Move m : all) {
+    CheckMove(board, m);
+    if (depth > 1) {
+      board.MakeMove(m);
+      Walk(board, depth - 1);
+      board.UnmakeMove(m);
+    }
+  }
+}
+
+const char* const WALK_POSITIONS[] = {
+    "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
+    "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1",
+    "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1",
+    "r3k2r/Pppp1ppp/1b3nbN/nP6/BBP1P3/q4N2/Pp1P2PP/R2Q1RK1 w kq - 0 1",
+    "rnbq1k1r/pp1Pbppp/2p5/8/2B5/8/PPP1NnPP/RNBQK2R w KQ - 1 8",
+    "r4rk1/1pp1qppp/p1np1n2/2b1p1B1/2B1P1b1/P1NP1N2/1PP1QPPP/R4RK1 w - - 0 10",
+};
+
+// Trickier corners: en passant along ranks and diagonals, promotions with check, castling
+// through attacks, double checks, discovered checks by every piece.
+const char* const TRICKY_POSITIONS[] = {
+    "8/8/8/K2pP2r/8/8/8/7k w - d6 0 1",            // en passant would expose the king on the rank
+    "8/8/8/KPp4r/8/8/8/7k w - c6 0 1",             // the same with the pawns adjacent to the king
+    "8/8/8/1k1pP2R/8/8/8/7K w - d6 0 1",           // en passant gives discovered check on the rank
+    "8/k7/8/2pP4/8/4B3/8/7K w - c6 0 1",           // the captured pawn shielded the king from the bishop
+    "7k/8/8/3pP3/8/8/8/B6K w - d6 0 1",            // removal of d5 opens the long diagonal
+    "8/8/8/3pP3/8/1k6/8/Q6K w - d6 0 1",           // en passant with the captured pawn on a queen line
+    "4k3/8/8/2KpP3/8/8/8/8 w - d6 0 1",            // the double step gives check; en passant evades
+    "4k3/8/8/3pP3/8/8/8/3RK3 w - d6 0 1",          // captured pawn on the file of a rook
+    "3k4/8/8/3pP3/8/8/8/3QK3 w - d6 0 1",
+    "8/2k5/8/3pP3/8/8/8/6BK w - d6 0 1",
+    "r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1",
+    "r3k2r/8/8/8/8/8/8/R3K2R b KQkq - 0 1",
+    "r3k2r/8/8/8/8/5n2/8/R3K2R w KQkq - 0 1",      // the knight covers d2, e1, g1 and h2
+    "r3k2r/8/8/8/8/8/6p1/R3K2R w KQkq - 0 1",      // pawn covers f1 and h1
+    "1r2k2r/8/8/8/8/8/8/R3K2R w KQk - 0 1",        // b1 attacked, long castling still allowed
+    "4k3/8/8/8/8/8/8/R3K2R w KQ - 0 1",
+    "5k2/8/8/8/8/8/8/4K2R w K - 0 1",              // short castling gives check on the f-file
+    "3k4/8/8/8/8/8/8/R3K3 w Q - 0 1",              // long castling gives check on the d-file
+    "2r1k3/1P6/8/8/8/8/8/4K3 w - - 0 1",           // promotions with capture and check
+    "4k3/2P5/8/8/8/8/8/K7 w - - 0 1",              // promotion to rook and queen check on the rank
+    "4k3/8/8/8/8/8/p7/1NK5 b - - 0 1",
+    "1k6/8/8/8/8/8/1p6/R3K3 b - - 0 1",
+    "8/P1k5/8/8/8/8/8/K7 w - - 0 1",
+    "8/1P6/8/8/8/1k6/8/K7 w - - 0 1",              // the new piece checks through its own from square
+    "nkn5/1P6/8/8/8/8/8/1R5K w - - 0 1",           // capturing promotion uncovers the rook
+    "4k3/8/8/8/8/8/8/4K2R w K - 0 1",
+    "4k3/4r3/8/8/8/8/8/4K3 w - - 0 1",             // stepping back along the check line
+    "4k3/8/8/8/1b6/8/3n4/4K3 w - - 0 1",           // double check
+    "4k3/8/8/8/8/8/4r3/R3K2q w Q - 0 1",
+    "k7/8/8/3q4/8/8/8/3K3N w - - 0 1",
+    "8/8/3k4/8/3N4/8/8/K2R4 w - - 0 1",            // discovered checks by a knight
+    "3k4/8/8/3B4/8/8/8/K2R4 w - - 0 1",
+    "k7/8/K7/8/8/8/8/Q7 w - - 0 1",                // king steps uncover the queen
+    "8/8/8/8/k2Pp2Q/8/8/3K4 b - d3 0 1",           // black en passant, pinned on the rank
+    "8/8/8/8/k2Pp3/8/8/3K3B b - d3 0 1",
+    "4k3/8/8/8/3pP3/8/8/4K2b b - e3 0 1",
+    "8/5bk1/8/2Pp4/8/1K6/8/8 w - d6 0 1",          // pinned by the bishop along the diagonal
+    "8/8/1k6/2b5/2pP4/8/5K2/8 b - d3 0 1",
+    "rnbqkbnr/pp1ppppp/8/2pP4/8/8/PPP1PPPP/RNBQKBNR w KQkq c6 0 2",
+    "n1n5/PPPk4/8/8/8/8/4Kppp/5N1N b - - 0 1",
+    "8/Pk6/8/8/8/8/6Kp/8 w - - 0 1",
+    "r1bqkbnr/pppppppp/n7/8/8/P7/1PPPPPPP/RNBQKBNR w KQkq - 2 2",
+    "4k3/8/8/8/8/8/8/4K2R b K - 0 1",
+    "4k2r/8/8/8/8/8/8/4K2R w Kk - 0 1",
+    "r3k3/1K6/8/8/8/8/8/8 w q - 0 1",
+    "8/8/8/3k4/8/3K4/8/8 w - - 0 1",
+};
+
+TEST(MoveGenerator, EveryNodeOfTheStandardPositionsKeepsItsInvariants) {
+  for (const char* fen : WALK_POSITIONS) {
+    Board board = FromFen(fen);
+    Walk(board, WALK_DEPTH);
+  }
+}
+
+TEST(MoveGenerator, TrickyPositionsAgreeWithTheSlowReference) {
+  for (const char* fen : TRICKY_POSITIONS) {
+    Board board;
+    try {
+      ZephrinInterfaces::ReadFen(fen, board);
+    } catch (const ZephrinException& e) {
+      ADD_FAILURE() << fen << ": " << e.what();
+      continue;
+    }
+    Walk(board, WALK_DEPTH);
+  }
+}
+
+}  // namespace
