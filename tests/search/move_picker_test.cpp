@@ -35,8 +35,8 @@ TEST(TacticalValue, ExamplesOfCapturesAndChecks) {
   Board pawn_capture = FromFen("4k3/8/2p5/3p4/8/4N3/8/4K3 w - - 0 1");
   EXPECT_EQ(TacticalValue(pawn_capture, FindMove(pawn_capture, 20, 35), 0), 325 + 4 - 12 - 8);  // Nxd5
 
-  Board queen_check = FromFen("4k3/8/8/8/Q7/8/8/3RK3 w - - 0 1");
-  Move qd7 = FindMove(queen_check, 24, 51);
+  Board queen_check = FromFen("4k3/8/8/8/6Q1/8/8/3RK3 w - - 0 1");
+  Move qd7 = FindMove(queen_check, 30, 51);
   EXPECT_EQ(TacticalValue(queen_check, qd7, 0), 325 + 15 + 75);
   EXPECT_EQ(TacticalValue(queen_check, qd7, 32000), 325 + 15 + 75 + 55);  // playing for mate
 }
