@@ -124,17 +124,16 @@ void ReadMoves(std::istream& in, UserBoard& game) {
     in >> word;
     word = WithoutMoveNumber(word);
     if (IsResultWord(word)) {
-      in.ignore(std::numeric_limits<std::streamsize>::max(), '\n');
+      if (!in.eof()) in.ignore(std::numeric_limits<std::streamsize>::max(), '\n');
       return;
     }
-    if (word.back() == '.' || word.front() == '$') continue;
     if (word.front() == ';') {
       in.ignore(COMMENT_SKIP_LIMIT, '\n');
     } else if (word.front() == '{') {
       if (word.find('}') == std::string::npos) in.ignore(COMMENT_SKIP_LIMIT, '}');
     } else if (word.front() == '(') {
       SkipVariation(in, word);
-    } else {
+    } else if (word.back() != '.' && word.front() != '$') {
       Move move = MOVE_INVALID;
       if (ParseMove(game.Current(), WithoutAnnotation(word), move) != PARSE_OK) {
         throw UserBoard::invalid_move();

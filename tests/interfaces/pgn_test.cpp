@@ -1,0 +1,301 @@
+#include "interfaces/pgn.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <fstream>
+#include <functional>
+#include <sstream>
+
+#include "interfaces/game_files.h"
+#include "interfaces/game_test_helpers.h"
+
+using namespace ZephrinInterfaces;
+using test_helpers::DataFile;
+using test_helpers::GameFrom;
+using test_helpers::Play;
+
+namespace {
+
+std::string Slurp(const std::string& file_name) {
+  std::ifstream in(file_name, std::ios::binary);
+  std::ostringstream text;
+  text << in.rdbuf();
+  return text.str();
+}
+
+std::string Written(const UserBoard& game, const PgnTags& tags = PgnTags()) {
+  std::ostringstream out;
+  WritePgn(game, out, tags);
+  return out.str();
+}
+
+// Reads PGN text into a game that already holds another one.
+UserBoard ReadText(const std::string& text, PgnTags* tags_out = nullptr) {
+  UserBoard game = GameFrom();
+  Play(game, "d4 d5");
+  PgnTags tags;
+  std::istringstream in(text);
+  ReadPgn(game, in, tags);
+  if (tags_out) *tags_out = tags;
+  return game;
+}
+
+// The text that the game layer gives for a failed read of text; the game must stay as it was.
+std::string ReadError(const std::string& text) {
+  UserBoard game = GameFrom();
+  Play(game, "e4 c5 Nf3");
+  game.UndoMove();
+  const std::string fen = PositionToFen(game);
+  const std::vector<Move> moves = game.Moves();
+  const std::deque<Move> next = game.NextMoves();
+  PgnTags tags;
+  tags.event = "unchanged";
+  std::istringstream in(text);
+  std::string error = "no error";
+  try {
+    ReadPgn(game, in, tags);
+  } catch (const UserBoard::io_error&) {
+    error = "io_error";
+  } catch (const UserBoard::invalid_move&) {
+    error = "invalid_move";
+  } catch (const UserBoard::invalid_position&) {
+    error = "invalid_position";
+  }
+  EXPECT_EQ(PositionToFen(game), fen);
+  EXPECT_EQ(game.Moves(), moves);
+  EXPECT_EQ(game.NextMoves(), next);
+  EXPECT_EQ(tags.event, "unchanged");
+  return error;
+}
+
+class TemporaryFile {
+ public:
+  TemporaryFile() : name_(testing::TempDir() + "zephrin_pgn_" + std::to_string(getpid()) + "_" +
+                          std::to_string(counter_++)) {}
+  ~TemporaryFile() { std::remove(name_.c_str()); }
+  const std::string& Name() const { return name_; }
+  void Write(const std::string& text) const { std::ofstream(name_, std::ios::binary) << text; }
+
+ private:
+  static inline int counter_ = 0;
+  std::string name_;
+};
+
+std::string FileError(const std::function<void()>& action) {
+  try {
+    action();
+  } catch (const game_file_error& error) {
+    return error.what();
+  }
+  return "no error";
+}
+
+}  // namespace
+
+TEST(Pgn, FamousGamesPlayThroughToTheirEnd) {
+  struct Case {
+    const char* file;
+    std::size_t plies;
+    int result;
+    const char* white;
+  };
+  const Case cases[] = {
+      {"opera_game.pgn", 33, RESULT_WHITE_WINS, "Paul Morphy"},
+      {"immortal_game.pgn", 45, RESULT_WHITE_WINS, "Adolf Anderssen"},
+      {"evergreen_game.pgn", 47, RESULT_WHITE_WINS, "Adolf Anderssen"},
+      {"reti_tartakower.pgn", 21, RESULT_WHITE_WINS, "Richard Reti"},
+      {"fools_mate.pgn", 4, RESULT_BLACK_WINS, "?"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.file);
+    PgnTags tags;
+    UserBoard game = LoadPgn(DataFile(c.file), tags);
+    EXPECT_EQ(tags.white, c.white);
+    // The game stands at its start with the whole game to come.
+    EXPECT_TRUE(game.Moves().empty());
+    EXPECT_EQ(game.NextMoves().size(), c.plies);
+    EXPECT_EQ(PositionToFen(game), PositionToFen(UserBoard()));
+    game.PlayAllNext();
+    EXPECT_EQ(game.Current().result, c.result);
+    EXPECT_EQ(game.Current().reason, REASON_MATE);
+
+    // Written and read again, the game is the same.
+    std::istringstream again(Written(game, tags));
+    UserBoard reread;
+    PgnTags reread_tags;
+    ReadPgn(reread, again, reread_tags);
+    EXPECT_EQ(reread_tags, tags);
+    reread.PlayAllNext();
+    EXPECT_EQ(reread.Moves(), game.Moves());
+  }
+}
+
+TEST(Pgn, WrittenTextIsExact) {
+  PgnTags tags;
+  UserBoard opera = LoadPgn(DataFile("opera_game.pgn"), tags);
+  EXPECT_EQ(tags.event, "Casual game");
+  EXPECT_EQ(tags.date, "1858.??.??");
+  EXPECT_EQ(tags.round, "?");
+  EXPECT_EQ(tags.time_control, "?");
+  opera.PlayAllNext();
+  EXPECT_EQ(Written(opera, tags), Slurp(DataFile("opera_game_written.pgn")));
+
+  EXPECT_EQ(Written(UserBoard()),
+            "[Event \"?\"]\n[Site \"?\"]\n[Date \"????.??.??\"]\n[Round \"-\"]\n[White \"?\"]\n"
+            "[Black \"?\"]\n[Result \"*\"]\n[TimeControl \"?\"]\n\n\n*\n");
+
+  // From a FEN with Black to move the first move has no number; no FEN tag is written.
+  UserBoard from_fen = GameFrom("rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0 1");
+  Play(from_fen, "c5 Nf3");
+  const std::string fen_text = Written(from_fen);
+  EXPECT_NE(fen_text.find("\n\nc5 2. Nf3 \n*\n"), std::string::npos) << fen_text;
+  EXPECT_EQ(fen_text.find("FEN"), std::string::npos);
+
+  // From an edited position with Black to move the game starts with "1. ...".
+  UserBoard edited;
+  edited.SetPosition(GameFrom("4k3/8/8/8/8/8/8/R3K3 b - - 0 1").Current());
+  Play(edited, "Kd7 Ra7+");
+  EXPECT_NE(Written(edited).find("\n\n1. ... Kd7 1. Ra7+ \n*\n"), std::string::npos);
+
+  UserBoard drawn = GameFrom();
+  drawn.SetResult(RESULT_DRAW, REASON_AGREEMENT);
+  EXPECT_NE(Written(drawn).find("[Result \"1/2-1/2\"]"), std::string::npos);
+  EXPECT_EQ(Written(drawn).substr(Written(drawn).size() - 9), "\n1/2-1/2\n");
+}
+
+TEST(Pgn, ReaderTolerance) {
+  PgnTags tags;
+  // Move numbers glued to moves, black move numbers, and bare numbers.
+  UserBoard numbers = ReadText("[White \"Here\"]\n\n1.e4 1...e5 2. Nf3 2... Nc6 3.Bb5 3... a6 *", &tags);
+  EXPECT_EQ(tags.white, "Here");
+  EXPECT_EQ(tags.black, "?");
+  EXPECT_EQ(numbers.NextMoves().size(), 6u);
+  EXPECT_TRUE(numbers.Moves().empty());
+
+  // No tags at all; comments in braces over lines, a line comment; moves right behind them.
+  UserBoard comments = ReadText(
+      "1. e4 {a comment\nover two lines} e5 {book} 2. Nf3 ; rest of the line e4 e4\nNc6 1/2-1/2\n");
+  comments.PlayAllNext();
+  EXPECT_EQ(comments.Moves().size(), 4u);
+  EXPECT_EQ(PositionToFen(comments),
+            "r1bqkbnr/pppp1ppp/2n5/4p3/4P3/5N2/PPPP1PPP/RNBQKB1R w KQkq - 2 3");
+  // The result word isn't kept: the game stands at its start.
+  EXPECT_EQ(ReadText("1. e4 e5 1-0").Current().result, RESULT_NONE);
+
+  // A FEN tag sets the start; unknown tags, the Result tag and CRLF line ends pass.
+  UserBoard set_up = ReadText(
+      "[Event \"Study\"]\r\n[SetUp \"1\"]\r\n[Result \"1-0\"]\r\n"
+      "[FEN \"4k3/8/8/8/8/8/8/R3K3 w - - 0 40\"]\r\n\r\n40. Ra8+ Kd7 *\r\n",
+      &tags);
+  EXPECT_EQ(tags.event, "Study");
+  EXPECT_EQ(tags.fen, "4k3/8/8/8/8/8/8/R3K3 w - - 0 40");
+  EXPECT_EQ(set_up.FirstPly(), 78);
+  set_up.PlayAllNext();
+  EXPECT_EQ(PositionToFen(set_up), "R7/3k4/8/8/8/8/8/4K3 w - - 2 41");
+
+  // Only the first of several games is read.
+  UserBoard first = ReadText("1. e4 *\n\n[Event \"Two\"]\n\n1. d4 d5 *\n", &tags);
+  EXPECT_EQ(first.NextMoves().size(), 1u);
+  EXPECT_EQ(tags.event, "?");
+
+  // NAGs, variations (nested, with comments holding parentheses) and move marks pass.
+  UserBoard annotated = ReadText(
+      "1. e4! $1 e5?! (1... c5 2. Nf3 (2. c3 {the ( Alapin}) d6) 2. Nf3 $14 Nc6 (2... d6)\n"
+      "3. Bb5!? *");
+  annotated.PlayAllNext();
+  EXPECT_EQ(annotated.Moves().size(), 5u);
+}
+
+TEST(Pgn, BadInputChangesNothing) {
+  EXPECT_EQ(ReadError(""), "io_error");
+  EXPECT_EQ(ReadError("[Event \"Unfinished\"]\n\n1. e4 e5 2. Nf3"), "io_error");  // no result
+  EXPECT_EQ(ReadError("[Event \"Truncated"), "io_error");
+  EXPECT_EQ(ReadError("[Event Unquoted]\n1. e4 *"), "io_error");
+  EXPECT_EQ(ReadError("[Event \"\n1. e4 *"), "io_error");
+  EXPECT_EQ(ReadError("1. e4 {a comment that never ends"), "io_error");
+  EXPECT_EQ(ReadError("1. e4 (1. d4 d5"), "io_error");
+  EXPECT_EQ(ReadError("1. e4 e5 2. Ke3 Nc6 *"), "invalid_move");
+  EXPECT_EQ(ReadError("1. e4 e5 2. Qh5 Nc6 3. Bc4 Nf6 4. Qxf7# Ke7 *"), "invalid_move");
+  EXPECT_EQ(ReadError("1. e4 e5 2. Nf3 Nf6 3. Nc3 Nc6 4. d4 exd4 5. Nxd4 Nxd4 6. Qxd4 N3 *"),
+            "invalid_move");
+  EXPECT_EQ(ReadError("[FEN \"8/8/8/8/8/8/8/8 w - - 0 1\"]\n1. e4 *"), "invalid_position");
+  EXPECT_EQ(ReadError("[FEN \"not a fen\"]\n1. e4 *"), "io_error");
+
+  // Binary garbage, and a comment of a megabyte in words: at most 1000 characters of a comment
+  // are passed over, and what follows isn't a move.
+  std::string garbage;
+  for (int i = 0; i < 4096; ++i) garbage += char((i * 7919 + 13) % 256);
+  EXPECT_NE(ReadError(garbage), "no error");
+  // A comment without blanks is one word, however long, and ends with it.
+  EXPECT_EQ(ReadText("1. e4 {" + std::string(1 << 20, 'x') + "} e5 *").NextMoves().size(), 2u);
+  std::string words;
+  while (words.size() < (1 << 20)) words += "lorem ipsum ";
+  EXPECT_EQ(ReadError("1. e4 {" + words + "} e5 *"), "invalid_move");
+}
+
+TEST(GameFiles, FenFiles) {
+  TemporaryFile file;
+  UserBoard game = GameFrom();
+  Play(game, "e4 c5 Nf3 d6");
+  SaveFen(file.Name(), game);
+  EXPECT_EQ(Slurp(file.Name()), "rnbqkbnr/pp2pppp/3p4/2p5/4P3/5N2/PPPP1PPP/RNBQKB1R w KQkq - 0 3\n");
+  const UserBoard loaded = LoadFen(file.Name());
+  EXPECT_EQ(PositionToFen(loaded), PositionToFen(game));
+  EXPECT_TRUE(loaded.Moves().empty());
+  EXPECT_EQ(loaded.FirstPly(), 4);
+
+  // The six words may stand on several lines.
+  file.Write("8/8/8/4k3/8/8/8/R3K3\nb - -\n7 20\n");
+  EXPECT_EQ(PositionToFen(LoadFen(file.Name())), "8/8/8/4k3/8/8/8/R3K3 b - - 7 20");
+
+  EXPECT_EQ(FileError([] { LoadFen("/nonexistent/zephrin/position.fen"); }), "could not open file");
+  EXPECT_EQ(FileError([] { SaveFen("/nonexistent/zephrin/position.fen", UserBoard()); }),
+            "could not open file");
+  file.Write("8/8/8/4k3/8/8/8/R3K3 b - -");
+  EXPECT_EQ(FileError([&] { LoadFen(file.Name()); }), "could not read FEN file");
+  file.Write("8/8/8/4k3/8/8/8/R3K3 x - - 0 1");
+  EXPECT_EQ(FileError([&] { LoadFen(file.Name()); }), "could not read FEN file");
+  file.Write("8/8/8/4k3/8/8/8/R7 w - - 0 1");
+  EXPECT_EQ(FileError([&] { LoadFen(file.Name()); }), "Illegal position");
+  if (access("/dev/full", W_OK) == 0) {
+    EXPECT_EQ(FileError([] { SaveFen("/dev/full", UserBoard()); }), "could not write FEN file");
+  }
+}
+
+TEST(GameFiles, PgnFiles) {
+  TemporaryFile file;
+  UserBoard game = GameFrom();
+  Play(game, "e4 e5 Nf3");
+  SavePgn(file.Name(), game, "Incognito", "Zephrin");
+  const std::string text = Slurp(file.Name());
+  EXPECT_NE(text.find("[White \"Incognito\"]\n[Black \"Zephrin\"]\n[Result \"*\"]\n"), std::string::npos);
+  EXPECT_NE(text.find("\n\n1. e4 e5 2. Nf3 \n*\n"), std::string::npos);
+
+  PgnTags tags;
+  tags.event = "before";
+  UserBoard loaded = LoadPgn(file.Name(), tags);
+  EXPECT_EQ(tags.white, "Incognito");
+  EXPECT_EQ(tags.event, "?");
+  loaded.PlayAllNext();
+  EXPECT_EQ(loaded.Moves(), game.Moves());
+
+  tags.event = "kept";
+  EXPECT_EQ(FileError([&] { LoadPgn("/nonexistent/zephrin/game.pgn", tags); }), "could not open file");
+  EXPECT_EQ(FileError([] { SavePgn("/nonexistent/zephrin/game.pgn", UserBoard(), "a", "b"); }),
+            "could not open file");
+  file.Write("1. e4 e5");
+  EXPECT_EQ(FileError([&] { LoadPgn(file.Name(), tags); }), "could not read PGN file");
+  file.Write("1. e4 e4 *");
+  EXPECT_EQ(FileError([&] { LoadPgn(file.Name(), tags); }), "Illegal move");
+  file.Write("[FEN \"4k3/8/8/8/8/8/8/4K2K w - - 0 1\"]\n*");
+  EXPECT_EQ(FileError([&] { LoadPgn(file.Name(), tags); }), "Illegal position");
+  EXPECT_EQ(tags.event, "kept");
+  if (access("/dev/full", W_OK) == 0) {
+    EXPECT_EQ(FileError([] { SavePgn("/dev/full", UserBoard(), "a", "b"); }), "could not write PGN file");
+  }
+  EXPECT_EQ(PgnTagsText(PgnTags()),
+            "Event\t\"?\"\nSite\t\"?\"\nDate\t\"????.??.??\"\nRound\t\"-\"\nWhite\t\"?\"\n"
+            "Black\t\"?\"\nTimeControl\t\"?\"\n");
+}
