@@ -451,6 +451,9 @@ class EngineLog:
             if stripped.startswith("Error"):
                 self.counts["errors"] += 1
                 self.note(line_no, "engine reports an error: %s" % text)
+        elif text.endswith("(not sent to xboard)"):
+            self.counts["chatter"] += 1
+            self.fail(line_no, "a log-only line reached the front end: %r" % text)
         else:
             self.counts["chatter"] += 1
             if self.allow_chatter:
@@ -490,7 +493,7 @@ class EngineLog:
 
     def illegal_move_reply(self, line_no, text):
         m = re.match(r"Illegal move(?: \([^)]*\))?: *(\S+)", text)
-        if not m or self.position is None or self.history == [] and self.position is None:
+        if not m or self.position is None:
             return
         candidate = m.group(1)
         # The front end's last move was already applied; the engine rejected it, so judge it
@@ -559,8 +562,71 @@ def self_test():
     if Position(cases[1][0]).fen() != cases[1][0]:
         print("FEN does not round-trip")
         ok = False
+    ok = log_self_test() and ok
     print("self-test %s" % ("passed" if ok else "FAILED"))
     return 0 if ok else 1
+
+
+SAMPLE_LOG = """\
+100 >first : xboard
+protover 2
+101 <first : feature ping=1 setboard=1 san=1 usermove=1 done=1
+102 >first : new
+random
+102 >first : usermove e4
+103 <first : move c5
+103 >first : usermove Nf3
+104 <first : # a comment
+104 <first : telluser two lines\tjoined
+104 <first : move Nc6
+105 >first : ping 1
+105 <first : pong 1
+106 >first : setboard r3k2r/1P6/8/3pP3/8/8/8/R3K2R w KQkq d6 0 1
+107 <first : move exd6
+107 >first : usermove O-O
+108 <first : move bxa8=Q+
+108 >first : usermove Kg7
+109 <first : move O-O-O
+109 <first : 1/2-1/2 {Fifthy move rule}
+110 >first : new
+110 >first : usermove d4
+111 <first : move Qd5
+111 >first : new
+111 >first : usermove e4
+112 <first : Illegal move: e4
+112 >first : ping 2
+112 >first : ping 3
+113 <first : pong 3
+113 <first : pong 7
+114 <first : 5 20 10 1234 e4 e5
+114 >first : post
+115 <first : 5 20 10 1234 e4 e5 Nf3 
+115 >first : nopost
+116 <first : Hello there
+116 <first : New pv-move candidate found: e4 (not sent to xboard)
+117 >first : ping 9
+117 >first : new
+"""
+
+
+def log_self_test():
+    """A made-up log with one of each fault: each must be found, and nothing else."""
+    import os
+    import tempfile
+    with tempfile.NamedTemporaryFile("w", suffix=".debug", delete=False) as sample:
+        sample.write(SAMPLE_LOG)
+    try:
+        log = EngineLog(sample.name, "first", False)
+        log.check()
+    finally:
+        os.unlink(sample.name)
+    expected = dict(moves=6, unchecked=0, illegal=1, rejected=1, pings=4, pong_errors=3,
+                    chatter=2, thinking_unposted=1, errors=0)
+    if log.counts != expected or len(log.failures) != 8:
+        print("sample log: counts %s, expected %s" % (log.counts, expected))
+        print("\n".join(log.failures))
+        return False
+    return True
 
 
 def main(argv):
