@@ -20,6 +20,8 @@ Usage: bench/match.sh [options]
       --tc TIME         base time per game, in minutes or m:ss (default 0:05, five seconds)
       --inc SECONDS     increment per move (default 0.1)
       --ponder          let both engines ponder (default: no pondering)
+      --post            have the engines send thinking output (default: "post" is never
+                        sent, and the first engine must then send nothing but protocol lines)
       --openings FILE   one FEN per line, '#' starts a comment (default bench/openings.fen)
       --start K         begin with the K-th opening (default 1)
   -d, --out DIR         output directory (default /tmp/zephrin-match-DATE-TIME)
@@ -40,7 +42,7 @@ here=$(cd "$(dirname "$0")" && pwd)
 export PATH="$PATH:/usr/games"
 root=$(cd "$here/.." && pwd)
 
-games=4 opponent=fairymax first="$root/build/zephrin" tc=0:05 inc=0.1 ponder=0
+games=4 opponent=fairymax first="$root/build/zephrin" tc=0:05 inc=0.1 ponder=0 post=0
 openings="$here/openings.fen" start=1 out="" pair_timeout="" quiet=0 strict=auto
 while [ $# -gt 0 ]; do
   case "$1" in
@@ -50,6 +52,7 @@ while [ $# -gt 0 ]; do
     --tc) tc=$2; shift ;;
     --inc) inc=$2; shift ;;
     --ponder) ponder=1 ;;
+    --post) post=1 ;;
     --openings) openings=$2; shift ;;
     --start) start=$2; shift ;;
     -d|--out) out=$2; shift ;;
@@ -154,7 +157,15 @@ mapfile -t names < <(sed -e '/^[[:space:]]*$/d' -e '/^[[:space:]]*#/d' "$opening
 cat >"$out/engine-guard.py" <<'EOF'
 import signal, subprocess, sys, time
 status_file, command = sys.argv[1], sys.argv[2:]
-child = subprocess.Popen(command)
+def record(code):
+    with open(status_file, "a") as f:
+        f.write("%d %.3f\n" % (code, time.time()))
+try:
+    child = subprocess.Popen(command)
+except OSError as error:
+    print("cannot start %s: %s" % (command[0], error), flush=True)
+    record(127)
+    sys.exit(127)
 def forward(signum, frame):
     try:
         child.send_signal(signum)
@@ -163,8 +174,7 @@ def forward(signum, frame):
 for signum in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
     signal.signal(signum, forward)
 code = child.wait()
-with open(status_file, "a") as f:
-    f.write("%d %.3f\n" % (code, time.time()))
+record(code)
 sys.exit(code if code >= 0 else 128 - code)
 EOF
 
@@ -189,6 +199,9 @@ trap '[ -z "${nn:-}" ] || stop_xboard "$nn"; exit 130' INT TERM
 
 ponder_flag=-xponder
 [ "$ponder" = 1 ] && ponder_flag=-ponder
+# xboard sends "post" unless thinking output is neither shown nor wanted for adjudication.
+post_flags=(-showThinking false -hideThinkingFromHuman true)
+[ "$post" = 1 ] && post_flags=(-showThinking true)
 
 say "Match: $first_cmd against $opponent, $games games at $tc + $inc s, output in $out"
 pairs=$(( (games + 1) / 2 ))
@@ -200,7 +213,7 @@ for ((pair = 1; pair <= pairs; pair++)); do
   echo "${positions[$index]}" >"$out/status/position-$nn.fen"
   args=(-fcp "python3 $out/engine-guard.py $out/status/first-$nn $first_cmd" -fd "$out"
         -scp "python3 $out/engine-guard.py $out/status/second-$nn $second_cmd" -sd "$out"
-        -mg "$in_pair" -tc "$tc" -inc "$inc" "$ponder_flag" -autoCallFlag true -matchPause 1000
+        -mg "$in_pair" -tc "$tc" -inc "$inc" "$ponder_flag" "${post_flags[@]}" -autoCallFlag true -matchPause 1000
         -lpf "$out/status/position-$nn.fen" -lpi 1
         -saveGameFile "$out/pgn/$nn.pgn" -debugMode true -nameOfDebugFile "$out/logs/xboard-$nn.debug"
         -popupExitMessage false -saveSettingsOnExit false -soundProgram "" -noGUI)
