@@ -1,0 +1,120 @@
+// The game as the running program holds it: the protocol in force, who plays which side, the
+// game mode and the state of the search. Commands execute against this object.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "board/types.h"
+#include "interfaces/basic_protocol.h"
+
+namespace ZephrinInterfaces {
+
+constexpr int GAME_MODE_FORCE = 0;
+constexpr int GAME_MODE_PLAY = 1;
+constexpr int GAME_MODE_BOTH = 2;  // the engine plays both sides; no command reaches it
+constexpr int GAME_MODE_ANALYZE = 3;
+
+constexpr int SEARCH_STATE_IDLE = 0;
+constexpr int SEARCH_STATE_THINKING = 1;
+constexpr int SEARCH_STATE_PONDERING = 2;
+constexpr int SEARCH_STATE_ANALYZING = 3;
+constexpr int SEARCH_STATE_HINT = 4;
+
+// Values of `hint` below the first real move word.
+constexpr Move HINT_NONE = 0;
+constexpr Move HINT_NO_MOVE_KNOWN = 1;
+constexpr Move HINT_REQUESTED = 2;
+
+struct Player {
+  std::string name;
+  std::int32_t rating = 0;
+  bool is_engine = false;
+  bool engine_plays = false;  // the engine makes this side's moves now
+};
+
+// What decides about draw offers and resigning; the counters are updated after each search.
+struct DrawResignTracker {
+  std::int32_t last_score = 1000000;
+  bool mate_seen = false;
+  std::int32_t mate_distance = -1;
+  std::int32_t moves = 0;
+  std::int32_t moves_since_offer = 1000;
+  std::int32_t same_score = 0;
+  std::int32_t near_zero = 0;
+  std::int32_t below_threshold = 0;
+  std::int32_t falling = 0;
+  std::int32_t rising = 0;
+  std::int32_t tablebase_verdict = 4;
+  bool draw_offered = false;
+  bool opponent_is_computer = false;  // survives a reset
+  std::int32_t contempt = 0;          // survives a reset
+
+  void Reset();
+  // A new value resets everything else.
+  void SetContempt(std::int32_t value);
+};
+
+struct not_exactly_one_player_is_played_by_engine {};
+struct no_match_engine_vs_standard_opponent {};
+
+class Game {
+ public:
+  explicit Game(std::unique_ptr<BasicProtocol> initial_protocol);
+  Game(const Game&) = delete;
+  Game& operator=(const Game&) = delete;
+
+  BasicProtocol& Protocol() const { return *protocol_; }
+  // The new protocol takes over from the old one, which is deleted; the caller activates it.
+  void ReplaceProtocol(std::unique_ptr<BasicProtocol> new_protocol);
+
+  // The side to move and the full move number of the current position.
+  Color SideToMove() const;
+  int FullMoveNumber() const;
+  // Prints the current position through Out.
+  void DisplayPosition(bool verbose) const;
+
+  // What `.` reports: the running search once its iterations have begun, else null.
+  const SearchReport* RunningSearchReport() const;
+
+  // Raises search_aborted_exception if a search is running; does nothing otherwise.
+  void AbortSearch(bool stopped_by_command) const;
+
+  // Stores the record of the side to move and the other one, and sets the game mode from them.
+  void InstallPlayers(const Player& to_move, const Player& other, bool analyze);
+  Player& PlayerOf(Color color) { return color == WHITE ? white : black; }
+  // A fresh record for the engine, with or without the move, and one for the default opponent.
+  static Player EngineRecord(bool engine_plays);
+  static Player OpponentRecord();
+  // The colour whose record is the engine's; raises not_exactly_one_player_is_played_by_engine
+  // unless exactly one is.
+  Color EngineColor() const;
+  // The engine's record and the opponent's, if exactly one side is the engine and the other carries
+  // the default opponent name; raises no_match_engine_vs_standard_opponent otherwise.
+  std::pair<Player*, Player*> EngineAndOpponent();
+
+  // Program-wide defaults for records made later; `name` and `rating` change them.
+  static const std::string& DefaultOpponentName();
+  static void SetDefaultOpponentName(const std::string& name);
+  static std::int32_t DefaultEngineRating();
+  static std::int32_t DefaultOpponentRating();
+  static void SetDefaultRatings(std::int32_t engine, std::int32_t opponent);
+
+  Player white;
+  Player black;
+  bool pondering = false;
+  int search_state = SEARCH_STATE_IDLE;
+  int game_mode = GAME_MODE_PLAY;
+  std::int32_t st_limit = 0;   // milliseconds, 0 for none
+  std::int32_t sd_limit = 0;   // iterations, 0 for none
+  std::int32_t hint_time = 1000;
+  Move hint = HINT_NONE;
+  DrawResignTracker tracker;
+
+ private:
+  std::unique_ptr<BasicProtocol> protocol_;
+};
+
+}  // namespace ZephrinInterfaces

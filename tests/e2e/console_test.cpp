@@ -1,0 +1,114 @@
+// The console protocol as a person at the terminal sees it.
+#include <gtest/gtest.h>
+
+#include "e2e/engine_process.h"
+
+namespace {
+const std::string P = Prompt("White 1");
+}
+
+TEST(ConsoleEndToEnd, PlainStartPromptsAndLeavesAtEndOfInput) {
+  const EngineRun run = RunEngine({}, "");
+  EXPECT_EQ(run.out, P);
+  EXPECT_EQ(run.err, "");
+  EXPECT_EQ(run.status, 0);
+
+  const EngineRun quit = RunEngine({}, "quit\nping 1\n");
+  EXPECT_EQ(quit.out, P);
+  EXPECT_EQ(quit.status, 0);
+}
+
+TEST(ConsoleEndToEnd, AnswersAndRefusalsInTheProgramsWords) {
+  const EngineRun run = RunEngine({}, "ping 7\n\n   \t\nlevel 40\nfoo bar\nname don't\nhelp me\nusermove e2e4 now\n"
+                                      "protover x\nundo x\nundo 1 2\nhash trans\nhash foo 8M\nhash trans 8X\n"
+                                      "tb nalimov\ntb nalimov 8M\ntb foo 8M path\nst -1\nrating 1\nrating a b\n"
+                                      "personality Fenx9\nresult 2-0\nping\nname\nsetboard\n");
+  EXPECT_EQ(run.out, P + "pong 7\n" + P + "OK.\n" + P + "OK.\n" +
+                         P + "Error (wrong number of arguments): level 40\n" +
+                         P + "Error (unrecognized command): foo bar\n" +
+                         P + "Error (could not tokenize the input string): name don't\n" +
+                         P + "Error (too many parameters): help me\n" +
+                         P + "Error (wrong number of arguments): usermove e2e4 now\n" +
+                         P + "Error (integer argument expected): protover x\n" +
+                         P + "Error (integer argument expected): undo x\n" +
+                         P + "Error (wrong number of arguments): undo 1 2\n" +
+                         P + "Error (wrong number of arguments): hash trans\n" +
+                         P + "Error (unknown hashtable type): hash foo 8M\n" +
+                         P + "Error (could not parse new size): hash trans 8X\n" +
+                         P + "Error (missing parameters): tb nalimov\n" +
+                         P + "Error (missing parameters): tb nalimov 8M\n" +
+                         P + "Error (could not parse type): tb foo 8M path\n" +
+                         P + "Error (argument out of bounds): st -1\n" +
+                         P + "Error (wrong number of arguments): rating 1\n" +
+                         P + "Error (integer argument expected): rating a b\n" +
+                         P + "Error (could not parse personality): personality Fenx9\n" +
+                         P + "Error (invalid argument(s)): result 2-0\n" +
+                         P + "Error (wrong number of arguments): ping\n" +
+                         P + "Error (missing parameters): name\n" +
+                         P + "Error (missing parameters): setboard\n" + P);
+  EXPECT_EQ(run.status, 0);
+}
+
+TEST(ConsoleEndToEnd, UnsupportedAndIgnoredWords) {
+  const EngineRun run = RunEngine({}, "bk\nvariant normal\nics\npause\nresume\nrandom\naccepted\nrejected 1\n?\n.\n");
+  EXPECT_EQ(run.out, P + "Error (command is not supported): bk\n" +
+                         P + "Error (command is not supported): variant normal\n" +
+                         P + "Error (command is not supported): ics\n" +
+                         P + "Error (command is not supported): pause\n" +
+                         P + "Error (command is not supported): resume\n" +
+                         P + "Command ignored (command is not supported)\n" +
+                         P + "Command ignored (command is not supported)\n" +
+                         P + "Command ignored (command is not supported)\n" +
+                         P + "Command ignored (no search running)\n" +
+                         P + "Command ignored (no search running)\n" + P);
+}
+
+TEST(ConsoleEndToEnd, SettingsThatNeedNothingElse) {
+  const EngineRun run =
+      RunEngine({}, "personality\nforce\npersonality 0\npersonality Default\nhash pawn 1M\nhash\nsd 3\nsd -3\n");
+  EXPECT_EQ(run.out, P + "Personality: Zephrin (0)\n" + P + P + P + P + P +
+                         "transposition table: 24.00 megabyte\n#total slots:    1048576\n#free  slots:    1048576\n"
+                         "fill percentage: 0.00%\n\n"
+                         "pawn hashtable: 896.00 kilobyte\n#total slots:    8192\n#free  slots:    8192\n"
+                         "fill percentage: 0.00%\n\n"
+                         "evaluation hashtable: 4.00 megabyte\n#total slots:    262144\n#free  slots:    262144\n"
+                         "fill percentage: 0.00%\n\n" +
+                         P + P + "Error (argument out of bounds): sd -3\n" + P);
+  // Resizing needs force mode.
+  const EngineRun refused = RunEngine({}, "hash trans 8M\n");
+  EXPECT_EQ(refused.out, P + "Error (must be in force mode): hash trans 8M\n" + P);
+}
+
+TEST(ConsoleEndToEnd, GreetingsOnReturningToTheConsole) {
+  const EngineRun run = RunEngine({}, "xboard\nconsole\nname Garry Kasparov\nconsole\n");
+  const std::vector<std::string> greetings = {"Hallo", "Guten Tag", "Welcome", "Zephrin welcomes you",
+                                              "Zephrin ist bereit", "Ave und beim Jupiter"};
+  ASSERT_TRUE(run.out.starts_with(P)) << run.out;
+  const std::string rest = run.out.substr(P.size());
+  const std::size_t first_end = rest.find("!\n");
+  ASSERT_NE(first_end, std::string::npos) << rest;
+  const std::string first = rest.substr(0, first_end);
+  EXPECT_NE(std::find(greetings.begin(), greetings.end(), first), greetings.end()) << first;
+  const std::string after = rest.substr(first_end + 2);
+  // Then the prompt, the name, and a greeting that names the opponent.
+  ASSERT_TRUE(after.starts_with(P + P)) << after;
+  EXPECT_TRUE(after.ends_with(", Garry Kasparov!\n" + P)) << after;
+}
+
+TEST(ConsoleEndToEnd, VersionAndHelp) {
+  const EngineRun run = RunEngine({}, "version\n");
+  EXPECT_TRUE(run.out.starts_with(P + "Zephrin v2.0.2 (")) << run.out;
+  EXPECT_NE(run.out.find("\nbuild: Zephrin with variable search extensions\n\ninline assembler:       disabled\n"
+                         "move generator cache:   disabled\ntablebase support:      enabled\n"
+                         "architecture:           AMD Athlon 64 compatible\nplatform:               cygwin\n"),
+            std::string::npos);
+
+  const EngineRun help = RunEngine({}, "help\n");
+  EXPECT_TRUE(help.out.starts_with(P + "command          description\n"
+                                       "\".\"..............Sends a request for the current search status\n"
+                                       "?................Forces the engine to move immediately\n"
+                                       "accepted.........unsupported (will be ignored for compatibility reasons)\n"
+                                       "analyze..........Enters analyze mode\n"))
+      << help.out;
+  EXPECT_TRUE(help.out.ends_with("\nxboard...........Enters XBoard mode (protocol 1)\n" + P));
+}

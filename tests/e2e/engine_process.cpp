@@ -1,0 +1,92 @@
+#include "e2e/engine_process.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cerrno>
+#include <cstring>
+
+namespace {
+
+// Appends what is readable on `fd` to `text`; returns false at the end of the stream.
+bool Drain(int fd, std::string& text) {
+  char buffer[65536];
+  const ssize_t count = read(fd, buffer, sizeof buffer);
+  if (count > 0) {
+    text.append(buffer, static_cast<std::size_t>(count));
+    return true;
+  }
+  return count < 0 && (errno == EINTR || errno == EAGAIN);
+}
+
+}  // namespace
+
+EngineRun RunEngine(const std::vector<std::string>& arguments, const std::string& input, int timeout_seconds,
+                    const std::string& binary) {
+  EngineRun run;
+  int to_engine[2], from_engine[2], errors[2];
+  if (pipe(to_engine) != 0 || pipe(from_engine) != 0 || pipe(errors) != 0) return run;
+
+  const pid_t pid = fork();
+  if (pid == 0) {
+    dup2(to_engine[0], 0);
+    dup2(from_engine[1], 1);
+    dup2(errors[1], 2);
+    for (int fd : {to_engine[0], to_engine[1], from_engine[0], from_engine[1], errors[0], errors[1]}) close(fd);
+    std::vector<char*> argv;
+    argv.push_back(const_cast<char*>(binary.c_str()));
+    for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
+    argv.push_back(nullptr);
+    execv(binary.c_str(), argv.data());
+    _exit(127);
+  }
+  close(to_engine[0]);
+  close(from_engine[1]);
+  close(errors[1]);
+  signal(SIGPIPE, SIG_IGN);
+  fcntl(to_engine[1], F_SETFL, O_NONBLOCK);
+
+  std::size_t written = 0;
+  int input_fd = to_engine[1];
+  if (input.empty()) {
+    close(input_fd);
+    input_fd = -1;
+  }
+  bool out_open = true, err_open = true;
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(timeout_seconds);
+  while (out_open || err_open) {
+    pollfd fds[3] = {{from_engine[0], POLLIN, 0}, {errors[0], POLLIN, 0}, {input_fd, POLLOUT, 0}};
+    const int remaining = static_cast<int>(
+        std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now()).count());
+    if (remaining <= 0) {
+      run.timed_out = true;
+      kill(pid, SIGKILL);
+      break;
+    }
+    if (poll(fds, 3, remaining) < 0 && errno != EINTR) break;
+    if (out_open && (fds[0].revents & (POLLIN | POLLHUP | POLLERR))) out_open = Drain(from_engine[0], run.out);
+    if (err_open && (fds[1].revents & (POLLIN | POLLHUP | POLLERR))) err_open = Drain(errors[0], run.err);
+    if (input_fd >= 0 && (fds[2].revents & (POLLOUT | POLLERR | POLLHUP))) {
+      const ssize_t count = write(input_fd, input.data() + written, input.size() - written);
+      if (count > 0) written += static_cast<std::size_t>(count);
+      if (count < 0 && errno != EAGAIN && errno != EINTR) written = input.size();
+      if (written == input.size()) {
+        close(input_fd);
+        input_fd = -1;
+      }
+    }
+  }
+  if (input_fd >= 0) close(input_fd);
+  close(from_engine[0]);
+  close(errors[0]);
+  int status = 0;
+  waitpid(pid, &status, 0);
+  if (!run.timed_out && WIFEXITED(status)) run.status = WEXITSTATUS(status);
+  return run;
+}
+
+std::string Prompt(const std::string& side_and_move) { return std::string(" \r").append(side_and_move).append("> "); }

@@ -1,0 +1,21 @@
+// Runs the engine binary as a front end or a person would: given arguments and standard input,
+// it collects standard output, standard error and the exit status.
+#pragma once
+
+#include <string>
+#include <vector>
+
+struct EngineRun {
+  std::string out;
+  std::string err;
+  int status = -1;         // exit status; -1 when the engine didn't exit normally
+  bool timed_out = false;  // the engine was killed after the time limit
+};
+
+// Starts ZEPHRIN_BINARY (or `binary`) with `arguments`, writes `input` to its standard input and
+// closes it, and waits for the end, at most `timeout_seconds`.
+EngineRun RunEngine(const std::vector<std::string>& arguments, const std::string& input, int timeout_seconds = 60,
+                    const std::string& binary = ZEPHRIN_BINARY);
+
+// The prompt of the console protocol as it appears on standard output, e.g. Prompt("White 1").
+std::string Prompt(const std::string& side_and_move);

@@ -1,0 +1,158 @@
+// What each protocol writes for the operations that the search and the game call.
+#include <gtest/gtest.h>
+
+#include <iostream>
+#include <sstream>
+
+#include "interfaces/console_protocol.h"
+#include "interfaces/game.h"
+#include "interfaces/xboard_protocol.h"
+
+using namespace ZephrinInterfaces;
+
+namespace {
+
+class ProtocolTest : public ::testing::Test {
+ protected:
+  void SetUp() override { saved_ = std::cout.rdbuf(output_.rdbuf()); }
+  void TearDown() override { std::cout.rdbuf(saved_); }
+  std::string Take() {
+    std::string text = output_.str();
+    output_.str("");
+    return text;
+  }
+
+ private:
+  std::ostringstream output_;
+  std::streambuf* saved_ = nullptr;
+};
+
+SearchReport Report(std::int32_t score, std::uint64_t nodes) {
+  SearchReport report;
+  report.depth = 7;
+  report.score = score;
+  report.nodes = nodes;
+  report.pv = {"e4", "e5", "Nf3"};
+  report.move_count = 20;
+  report.moves_left = 12;
+  report.current_move_text = "d4";
+  Now(report.start_time);
+  return report;
+}
+
+}  // namespace
+
+TEST(ScoreText, MatesCountInMoves) {
+  EXPECT_EQ(ScoreText(31767), "31767");
+  EXPECT_EQ(ScoreText(-31767), "-31767");
+  EXPECT_EQ(ScoreText(32766), "#1");
+  EXPECT_EQ(ScoreText(32763), "#2");
+  EXPECT_EQ(ScoreText(-32763), "-#2");
+  EXPECT_EQ(ScoreText(31768), "#500");
+}
+
+TEST_F(ProtocolTest, ConsoleThinkingFollowsPost) {
+  ConsoleProtocol console;
+  console.ReportDepth(7);
+  console.ReportLine(Report(32763, 250000));
+  EXPECT_EQ(Take(), "Depth: 7.\rDepth: 7. e4 e5 Nf3 (#2)\n250 knodes searched\n");
+  console.ReportNewBestMove("d4");
+  console.ReportSearchInstability();
+  EXPECT_EQ(Take(), "!? d4 #warning: Search instability found!\n");
+  console.post = false;
+  console.ReportDepth(8);
+  console.ReportLine(Report(15, 10));
+  console.ReportNewBestMove("d4");
+  EXPECT_EQ(Take(), "");
+}
+
+TEST_F(ProtocolTest, XBoardThinkingLinesAndStatus) {
+  XBoardProtocol_1 xboard;
+  xboard.ReportLine(Report(32763, 250000));
+  EXPECT_EQ(Take(), "");  // post starts off
+  xboard.post = true;
+  xboard.ReportDepth(7);
+  xboard.ReportLine(Report(32763, 250000));
+  EXPECT_EQ(Take(), "7 32763 0 250000 e4 e5 Nf3 \n");
+  const SearchReport report = Report(0, 1234);
+  xboard.ShowSearchStatus(&report);
+  xboard.ShowSearchStatus(nullptr);
+  EXPECT_EQ(Take(), "stat01: 0 1234 7 11 20 d4\nstat01: 0 0 0 0 0\n");
+  xboard.ReportNewBestMove("d4");
+  xboard.ReportSearchInstability();
+  xboard.ShowSearchSummary(report);
+  EXPECT_EQ(Take(), "");
+}
+
+TEST_F(ProtocolTest, ResultsMovesAndMessages) {
+  XBoardProtocol_2 xboard;
+  xboard.ShowGameResult(1, 0, GAME_MODE_PLAY);
+  xboard.ShowGameResult(3, 5, GAME_MODE_FORCE);
+  xboard.ShowGameResult(3, 7, GAME_MODE_ANALYZE);
+  xboard.ShowGameResult(2, 1, GAME_MODE_BOTH);
+  xboard.ShowEngineMove("Nf3");
+  xboard.ShowHint("e4");
+  xboard.ShowHint("");
+  xboard.TellUser("Warning: Startup command failed!\nError: x");
+  xboard.Resign();
+  xboard.OfferDraw();
+  xboard.AcceptDraw();
+  xboard.RejectDraw(true);
+  xboard.RejectDraw(false);
+  xboard.ShowCommandIgnored("game over");
+  xboard.ShowPredictedMove("e5");
+  EXPECT_EQ(Take(),
+            "1-0 {White mates}\n0-1 {White resigns}\nmove Nf3\nHint: e4\n"
+            "telluser Warning: Startup command failed!\tError: x\nresign\noffer draw\noffer draw\n"
+            "telluser Zephrin rejects the draw offer and wants to play on.\n");
+
+  ConsoleProtocol console;
+  console.ShowGameResult(3, 7, GAME_MODE_FORCE);
+  console.ShowEngineMove("Nf3");
+  console.ShowHint("e4");
+  console.ShowHint("");
+  console.ShowPredictedMove("e5");
+  console.ShowEditAborted();
+  console.ShowEditPrompt();
+  console.Resign();
+  console.OfferDraw();
+  console.AcceptDraw();
+  console.id = "##Deep";
+  console.ConsiderDraw(false);
+  console.ConsiderDraw(true);
+  EXPECT_EQ(Take(),
+            "game over: 1/2-1/2 (Fifthy move rule)\nZephrin played: Nf3\nZephrin suggests e4\n"
+            "Hint request could not be responded, because no legal move was found\n"
+            "Predicted move made (e5)\nEdit mode aborted\nedit mode> Congratulations! Zephrin resigns.\n"
+            "Zephrin offers draw. (Note: type \"draw\" to accept)\nZephrin accepts draw offer\n"
+            "Deep is thinking about the draw offer and will decide after the next move.\n");
+}
+
+TEST(ProtocolNames, FullNameCarriesPersonalityAndId) {
+  ConsoleProtocol protocol;
+  EXPECT_EQ(protocol.FullName(), "\"Zephrin\"");
+  protocol.personality = 5;
+  EXPECT_EQ(protocol.FullName(), "\"Gremlow Zephrin\"");
+  protocol.id = "beta";
+  EXPECT_EQ(protocol.FullName(), "\"Gremlow Zephrin beta\"");
+  EXPECT_EQ(protocol.ShortName(), "Zephrin");
+  protocol.id = "##Foo";
+  EXPECT_EQ(protocol.FullName(), "\"Foo\"");
+  EXPECT_EQ(protocol.ShortName(), "Foo");
+}
+
+TEST(ProtocolReplacement, PersonalityAndIdStayPostDoesNot) {
+  auto console = std::make_unique<ConsoleProtocol>();
+  console->personality = -8;
+  console->id = "x";
+  Game game(std::move(console));
+  game.ReplaceProtocol(std::make_unique<XBoardProtocol_1>());
+  EXPECT_FALSE(game.Protocol().post);
+  EXPECT_EQ(game.Protocol().personality, -8);
+  EXPECT_EQ(game.Protocol().id, "x");
+  EXPECT_FALSE(game.Protocol().IsInteractive());
+  EXPECT_TRUE(game.Protocol().AnalyzesFinishedGames());
+  game.ReplaceProtocol(std::make_unique<ConsoleProtocol>());
+  EXPECT_TRUE(game.Protocol().post);
+  EXPECT_EQ(game.Protocol().personality, -8);
+}
