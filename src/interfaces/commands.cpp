@@ -2,12 +2,18 @@
 
 #include <algorithm>
 
+#include <cctype>
+
 #include "frame/control_exceptions.h"
+#include "frame/input.h"
 #include "frame/tee_stream.h"
 #include "hash/hash.h"
 #include "interfaces/basic_protocol.h"
 #include "interfaces/console_protocol.h"
+#include "interfaces/edit_mode.h"
 #include "interfaces/game.h"
+#include "interfaces/game_files.h"
+#include "interfaces/move_text.h"
 #include "interfaces/xboard_protocol.h"
 
 namespace ZephrinInterfaces {
@@ -25,6 +31,65 @@ namespace {
 
 [[noreturn]] void Refuse(const Command& command, const std::string& reason) {
   throw ErrorCommand(ErrorCommand::ERROR, reason, command.input);
+}
+
+// Force mode, or analyze mode, where the position may change under a running analysis.
+void RequireForceOrAnalyzeMode(const Command& command, const Game& game) {
+  if (game.game_mode != GAME_MODE_FORCE && game.game_mode != GAME_MODE_ANALYZE) {
+    Refuse(command, "must be in force mode");
+  }
+}
+
+void RequireOpenGame(const Command& command, const Game& game) {
+  if (game.IsFinished()) Refuse(command, "game over");
+}
+
+// The reason of a result given by `result`, from the comment in braces behind it.
+int ResultReason(int result, const std::string& line) {
+  if (result == RESULT_UNFINISHED) return REASON_ABORTED;
+  const std::size_t open = line.find('{');
+  const std::size_t close = open == std::string::npos ? open : line.find('}', open + 1);
+  if (close == std::string::npos || close - open >= 512) return REASON_UNKNOWN;
+  std::string comment = line.substr(open + 1, close - open - 1);
+  for (char& c : comment) c = char(std::tolower(static_cast<unsigned char>(c)));
+  const auto says = [&comment](const char* word) { return comment.find(word) != std::string::npos; };
+  if (result == RESULT_DRAW && (says("agree") || says("mutal"))) return REASON_AGREEMENT;
+  if (says("time")) return REASON_TIME;
+  if (says("resign")) return REASON_RESIGNATION;
+  return REASON_UNKNOWN;
+}
+
+int ResultCode(const std::string& text) {
+  if (text == "1-0") return RESULT_WHITE_WINS;
+  if (text == "0-1") return RESULT_BLACK_WINS;
+  if (text == "1/2-1/2") return RESULT_DRAW;
+  return RESULT_UNFINISHED;
+}
+
+// The game ends by its own rules after a move: the result goes out, the clock stops, and the
+// engine plays no side; a front end may go on analysing the finished game.
+void MoveEndedGame(Game& game, bool& done) {
+  game.AbortSearch(true);
+  game.Protocol().ShowGameResult(game.Current().result, game.Current().reason, game.game_mode);
+  game.clock.Stop();
+  if (game.game_mode == GAME_MODE_ANALYZE && game.Protocol().AnalyzesFinishedGames()) {
+    done = true;
+    game.RequestSearch(SEARCH_ANALYZE);
+  }
+  game.ReleaseBothSides();
+  done = true;
+}
+
+// The position of a game that an illegal set-up leaves behind under a front end: two bare kings.
+UserBoard BareKings(Color side_to_move) {
+  Piece squares[64] = {};
+  squares[4] = MakePiece(WHITE, KING);
+  squares[60] = MakePiece(BLACK, KING);
+  Board position;
+  position.SetPosition(squares, side_to_move, 0, 0);
+  UserBoard board;
+  board.SetPosition(position);
+  return board;
 }
 
 }  // namespace
@@ -47,20 +112,87 @@ std::unique_ptr<BasicProtocol> Command_Console::CreateProtocol() const { return 
 
 // --- Game commands ---
 
-void Command_New::Execute(Game&) { RaiseNotAvailableYet(*this); }
-
-void Command_Force::Execute(Game& game) {
+void Command_New::Execute(Game& game) {
   game.AbortSearch(true);
-  game.white.engine_plays = false;
-  game.black.engine_plays = false;
-  game.game_mode = GAME_MODE_FORCE;
+  game.Reset();
+  game.clock.Reset(WHITE);
+  game.tracker.Reset();
+  game.hint = HINT_NONE;
+  game.st_limit = 0;
+  game.sd_limit = 0;
+  game.Protocol().BoardChanged(game);
+  if (game.game_mode == GAME_MODE_ANALYZE) {
+    game.InstallPlayers(Game::EngineRecord(false), Game::OpponentRecord(), true);
+    done = true;
+    game.RequestSearch(SEARCH_ANALYZE);
+  }
+  game.InstallPlayers(Game::OpponentRecord(), Game::EngineRecord(true), false);
   done = true;
 }
 
-void Command_Go::Execute(Game&) { RaiseNotAvailableYet(*this); }
-void Command_Playother::Execute(Game&) { RaiseNotAvailableYet(*this); }
-void Command_SetSide::Execute(Game&) { RaiseNotAvailableYet(*this); }
-void Command_Analyze::Execute(Game&) { RaiseNotAvailableYet(*this); }
+void Command_Force::Execute(Game& game) {
+  game.AbortSearch(true);
+  game.clock.Stop();
+  game.ReleaseBothSides();
+  done = true;
+}
+
+void Command_Go::Execute(Game& game) {
+  if (game.search_state == SEARCH_STATE_THINKING || game.search_state == SEARCH_STATE_ANALYZING) {
+    Refuse(*this, "command not legal now");
+  }
+  game.AbortSearch(true);
+  game.InstallPlayers(Game::EngineRecord(true), Game::OpponentRecord(), false);
+  game.clock.Start();
+  game.tracker.Reset();
+  done = true;
+  game.RequestSearch(SEARCH_NORMAL);
+}
+
+void Command_Playother::Execute(Game& game) {
+  RequireOpenGame(*this, game);
+  game.AbortSearch(true);
+  game.InstallPlayers(Game::OpponentRecord(), Game::EngineRecord(true), false);
+  game.clock.Start();
+  game.tracker.Reset();
+  done = true;
+  if (game.pondering) game.StartPondering();
+}
+
+// `white` means White to move, with the engine playing Black.
+void Command_SetSide::Execute(Game& game) {
+  const bool change = game.SideToMove() != side;
+  UserBoard changed;
+  if (change) {
+    try {
+      changed = game.WithSideChanged();
+    } catch (const UserBoard::invalid_board_after_changing_side&) {
+      Refuse(*this, "cannot change sides");
+    }
+  }
+  game.AbortSearch(true);
+  if (change) {
+    game.SetBoard(changed);
+    game.hint = HINT_NONE;
+  }
+  game.clock.Stop();
+  game.FollowSideToMove();
+  game.InstallPlayers(Game::OpponentRecord(), Game::EngineRecord(true), false);
+  done = true;
+}
+
+void Command_Analyze::Execute(Game& game) {
+  if (game.IsFinished() && !game.Protocol().AnalyzesFinishedGames()) {
+    game.Protocol().ShowCommandIgnored("game over");
+    done = true;
+    return;
+  }
+  game.AbortSearch(true);
+  game.clock.Stop();
+  game.InstallPlayers(Game::EngineRecord(false), Game::OpponentRecord(), true);
+  done = true;
+  game.RequestSearch(SEARCH_ANALYZE);
+}
 
 // The check runs once: after the abort the command runs again with no search going.
 void Command_Exit::Execute(Game& game) {
@@ -83,14 +215,187 @@ void Command_MoveNow::Execute(Game& game) {
   }
 }
 
-void Command_Move::Execute(Game&) { RaiseNotAvailableYet(*this); }
-void Command_Undo::Execute(Game&) { RaiseNotAvailableYet(*this); }
-void Command_Remove::Execute(Game&) { RaiseNotAvailableYet(*this); }
-void Command_Next::Execute(Game&) { RaiseNotAvailableYet(*this); }
-void Command_Result::Execute(Game&) { RaiseNotAvailableYet(*this); }
-void Command_Draw::Execute(Game&) { RaiseNotAvailableYet(*this); }
+// The move is played once; if a search was running, the command runs again after its abort.
+void Command_Move::Execute(Game& game) {
+  if (!validated) {
+    if (ParseMove(game.Current(), move_text, move) != PARSE_OK) throw ErrorCommand(ErrorCommand::ILLEGAL_MOVE, "", input);
+    if (game.search_state == SEARCH_STATE_THINKING) Refuse(*this, "it is not your turn now");
+    pondered = game.hint;
+    game.PlayOpponentMove(move);
+    game.Protocol().BoardChanged(game);
+    if (game.game_mode == GAME_MODE_PLAY) game.clock.Start();
+    validated = true;
+  }
+  if (game.IsFinished()) {
+    MoveEndedGame(game, done);
+    return;
+  }
+  if (game.search_state == SEARCH_STATE_PONDERING && (move & MOVE_MASK) == (pondered & MOVE_MASK)) {
+    game.PonderHit();
+    game.Protocol().ShowPredictedMove(move_text);
+    done = true;
+    return;
+  }
+  game.AbortSearch(true);
+  done = true;
+  if (game.game_mode == GAME_MODE_PLAY) game.RequestSearch(SEARCH_NORMAL);
+  if (game.game_mode == GAME_MODE_ANALYZE) game.RequestSearch(SEARCH_ANALYZE);
+}
+
+void Command_Undo::Execute(Game& game) {
+  if (game.Moves().empty()) Refuse(*this, "no move to undo");
+  if (count <= 0) Refuse(*this, "argument out of bounds");
+  RequireForceOrAnalyzeMode(*this, game);
+  game.AbortSearch(true);
+  if (count == ALL_MOVES) {
+    game.UndoAll();
+  } else {
+    for (std::int32_t left = count; left > 0; --left) {
+      if (game.Moves().empty()) {
+        game.Protocol().TellUser("could not undo " + std::to_string(left) +
+                                 " move(s), because start position has been reached");
+        break;
+      }
+      game.UndoMove();
+    }
+  }
+  game.FollowSideToMove();
+  game.hint = HINT_NONE;
+  game.Protocol().BoardChanged(game);
+  done = true;
+  if (game.game_mode == GAME_MODE_ANALYZE) game.RequestSearch(SEARCH_ANALYZE);
+}
+
+void Command_Next::Execute(Game& game) {
+  if (game.NextMoves().empty()) Refuse(*this, "next move buffer is empty");
+  if (count <= 0) Refuse(*this, "argument out of bounds");
+  RequireForceOrAnalyzeMode(*this, game);
+  game.AbortSearch(true);
+  if (count == ALL_MOVES) {
+    game.PlayAllNext();
+  } else {
+    for (std::int32_t left = count; left > 0; --left) {
+      if (game.NextMoves().empty()) {
+        game.Protocol().TellUser(std::to_string(left) + " move(s) could not be made, because next move buffer is empty");
+        break;
+      }
+      game.PlayNext();
+    }
+  }
+  game.FollowSideToMove();
+  game.Protocol().BoardChanged(game);
+  done = true;
+  if (game.game_mode != GAME_MODE_ANALYZE) return;
+  if (!game.IsFinished()) game.RequestSearch(SEARCH_ANALYZE);
+  game.clock.Stop();
+  game.ReleaseBothSides();
+}
+
+// Takes back a move of each side, so that the opponent can play another one.
+void Command_Remove::Execute(Game& game) {
+  if (!validated) {
+    const bool engine_to_move = game.PlayerOf(game.SideToMove()).engine_plays;
+    if (game.game_mode != GAME_MODE_FORCE && !(game.game_mode == GAME_MODE_PLAY && !engine_to_move)) {
+      Refuse(*this, "command not legal now");
+    }
+    if (game.Moves().size() < 2) Refuse(*this, "no moves to remove");
+    game.UndoTwoMoves();
+    game.FollowSideToMove();
+    game.hint = HINT_NONE;
+    game.Protocol().BoardChanged(game);
+    validated = true;
+  }
+  game.AbortSearch(true);
+  done = true;
+  if (game.game_mode == GAME_MODE_PLAY && game.pondering) game.StartPondering();
+}
+
+void Command_Result::Execute(Game& game) {
+  game.AbortSearch(true);
+  game.clock.Stop();
+  game.ReleaseBothSides();
+  done = true;
+  if (game.IsFinished()) {
+    game.Protocol().ShowCommandIgnored("game over");
+    return;
+  }
+  const int code = ResultCode(result);
+  game.SetResult(code, ResultReason(code, input));
+}
+
+// The engine answers the offer after its next search.
+void Command_Draw::Execute(Game& game) {
+  RequireOpenGame(*this, game);
+  if (game.game_mode != GAME_MODE_PLAY) Refuse(*this, "command not legal now");
+  game.Protocol().ConsiderDraw(game.tracker.opponent_is_computer);
+  game.tracker.draw_offered = true;
+  done = true;
+}
+
+// Needs the answer of a search, which the search driver gives.
 void Command_Hint::Execute(Game&) { RaiseNotAvailableYet(*this); }
-void Command_SetupBoardCommands::Execute(Game&) { RaiseNotAvailableYet(*this); }
+
+void Command_SetupBoardCommands::Execute(Game& game) {
+  if (!validated) {
+    RequireForceOrAnalyzeMode(*this, game);
+    outcome = PrepareBoard(game, board);
+    validated = true;
+  }
+  switch (outcome) {
+    case SETUP_ACCEPTED:
+      InstallBoard(game);
+      break;
+    case SETUP_INVALID:
+      RefuseBoard(game);
+      break;
+    default:
+      game.Protocol().ShowEditAborted();
+      done = true;
+  }
+}
+
+void Command_SetupBoardCommands::InstallBoard(Game& game) {
+  game.AbortSearch(true);
+  game.SetBoard(board);
+  game.hint = HINT_NONE;
+  game.tracker.Reset();
+  game.Protocol().BoardChanged(game);
+  game.clock.Reset(game.SideToMove());
+  done = true;
+  if (game.game_mode == GAME_MODE_ANALYZE) game.RequestSearch(SEARCH_ANALYZE);
+}
+
+// A person is asked again; a front end is told, and the game is left with the two kings alone.
+void Command_SetupBoardCommands::RefuseBoard(Game& game) {
+  if (game.Protocol().IsInteractive()) {
+    game.Protocol().ShowCommandIgnored("Illegal position");
+    done = true;
+    return;
+  }
+  game.AbortSearch(true);
+  game.Protocol().TellUser("Illegal position");
+  game.SetBoard(BareKings(game.SideToMove()));
+  game.hint = HINT_NONE;
+  game.Protocol().BoardChanged(game);
+  done = true;
+  if (game.game_mode == GAME_MODE_ANALYZE) game.RequestSearch(SEARCH_ANALYZE);
+}
+
+int Command_Setboard::PrepareBoard(Game& game, UserBoard& prepared) {
+  try {
+    prepared.SetFromFen(fen);
+  } catch (const UserBoard::io_error&) {
+    game.Protocol().ShowCommandIgnored("input inconsistent with FEN standard");
+    return SETUP_INVALID;
+  } catch (const UserBoard::invalid_position&) {
+    return SETUP_INVALID;
+  }
+  return SETUP_ACCEPTED;
+}
+
+int Command_Edit::PrepareBoard(Game& game, UserBoard& prepared) {
+  return RunEditLoop(game.Protocol(), game.Current(), prepared, [] { return ::ReadLine(); });
+}
 
 void Command_Quit::Execute(Game& game) {
   game.AbortSearch(true);
@@ -100,12 +405,29 @@ void Command_Quit::Execute(Game& game) {
 
 // --- Clock commands ---
 
-void Command_Level::Execute(Game&) {
-  if (moves < 0 || base_seconds < 1 || increment_seconds < 0) Refuse(*this, "argument out of bounds");
-  RaiseNotAvailableYet(*this);
+void Command_Level::Execute(Game& game) {
+  TimeControlList controls;
+  try {
+    controls = LevelControls(moves, base_seconds, increment_seconds);
+  } catch (const time_control_error& error) {
+    Refuse(*this, error.what());
+  }
+  game.clock.SetControls(controls, controls, game.SideToMove());
+  done = true;
 }
 
-void Command_Tc::Execute(Game&) { RaiseNotAvailableYet(*this); }
+void Command_Tc::Execute(Game& game) {
+  if (!validated) {
+    try {
+      controls = ParseTimeControlText(text);
+    } catch (const time_control_error& error) {
+      Refuse(*this, error.what());
+    }
+    validated = true;
+  }
+  game.clock.SetControls(controls.white, controls.black, game.SideToMove());
+  done = true;
+}
 
 void Command_st::Execute(Game& game) {
   game.st_limit = static_cast<std::int32_t>(std::min<std::int64_t>(std::int64_t{seconds} * 1000, INT32_MAX));
@@ -118,8 +440,34 @@ void Command_sd::Execute(Game& game) {
   done = true;
 }
 
-void Command_Time::Execute(Game&) { RaiseNotAvailableYet(*this); }
-void Command_Otim::Execute(Game&) { RaiseNotAvailableYet(*this); }
+namespace {
+
+// The clock of the engine, or of the side to move when the engine isn't exactly one side.
+Color EngineClockColor(const Game& game) {
+  try {
+    return game.EngineColor();
+  } catch (const not_exactly_one_player_is_played_by_engine&) {
+    return game.SideToMove();
+  }
+}
+
+// `time` and `otim` set a clock, leave a running stopwatch alone, and log the state.
+void SetClock(Game& game, Color color, std::int32_t centiseconds) {
+  game.clock.clocks[color].ms_left = std::int64_t{centiseconds} * 10;
+  Out.WriteLogOnly(ClockStateText(game.clock, game.white.engine_plays, game.black.engine_plays));
+}
+
+}  // namespace
+
+void Command_Time::Execute(Game& game) {
+  SetClock(game, EngineClockColor(game), centiseconds);
+  done = true;
+}
+
+void Command_Otim::Execute(Game& game) {
+  SetClock(game, EngineClockColor(game) ^ 1, centiseconds);
+  done = true;
+}
 
 // --- Engine set-up commands ---
 
@@ -221,7 +569,10 @@ void Command_SendSearchStatus::Execute(Game& game) {
   done = true;
 }
 
-void Command_Display::Execute(Game&) { RaiseNotAvailableYet(*this); }
+void Command_Display::Execute(Game& game) {
+  game.Protocol().DisplayBoard(game, true);
+  done = true;
+}
 void Command_Eval::Execute(Game&) { RaiseNotAvailableYet(*this); }
 void Command_Help::Execute(Game& game) {
   game.Protocol().PrintHelp();
@@ -244,18 +595,50 @@ void Command_OptimizePiece::Execute(Game&) { RaiseNotAvailableYet(*this); }
 
 // --- File commands ---
 
+// The files are read into a fresh game record, so that a failure leaves the game as it was.
 void Command_ReadFEN::Execute(Game& game) {
   RequireForceMode(*this, game);
-  RaiseNotAvailableYet(*this);
+  try {
+    game.SetBoard(LoadFen(file));
+  } catch (const game_file_error& error) {
+    Refuse(*this, error.Text());
+  }
+  game.hint = HINT_NONE;
+  game.Protocol().BoardChanged(game);
+  done = true;
 }
 
 void Command_ReadPGN::Execute(Game& game) {
   RequireForceMode(*this, game);
-  RaiseNotAvailableYet(*this);
+  PgnTags tags;
+  try {
+    game.SetBoard(LoadPgn(file, tags));
+  } catch (const game_file_error& error) {
+    Refuse(*this, error.Text());
+  }
+  game.hint = HINT_NONE;
+  game.Protocol().BoardChanged(game);
+  game.Protocol().ShowPgnTags(tags);
+  done = true;
 }
 
-void Command_WriteFEN::Execute(Game&) { RaiseNotAvailableYet(*this); }
-void Command_WritePGN::Execute(Game&) { RaiseNotAvailableYet(*this); }
+void Command_WriteFEN::Execute(Game& game) {
+  try {
+    SaveFen(file, game);
+  } catch (const game_file_error& error) {
+    Refuse(*this, error.Text());
+  }
+  done = true;
+}
+
+void Command_WritePGN::Execute(Game& game) {
+  try {
+    SavePgn(file, game, game.white.name, game.black.name);
+  } catch (const game_file_error& error) {
+    Refuse(*this, error.Text());
+  }
+  done = true;
+}
 
 // --- Endgame database jobs ---
 

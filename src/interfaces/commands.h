@@ -8,6 +8,8 @@
 
 #include "board/types.h"
 #include "interfaces/command.h"
+#include "interfaces/time_control.h"
+#include "interfaces/user_board.h"
 
 namespace ZephrinInterfaces {
 
@@ -129,6 +131,7 @@ class Command_Move : public Command {
   void Execute(Game& game) override;
   std::string move_text;
   Move move = MOVE_INVALID;
+  Move pondered = MOVE_INVALID;  // the hint before the move: the move a ponder search assumed
   bool validated = false;
 };
 
@@ -156,6 +159,7 @@ class Command_Remove : public Command {
  public:
   using Command::Command;
   void Execute(Game& game) override;
+  bool validated = false;  // the moves are taken back before a running search is aborted
 };
 
 class Command_Next : public Command {
@@ -190,18 +194,31 @@ class Command_SetupBoardCommands : public Command {
  public:
   using Command::Command;
   void Execute(Game& game) override;
+  // Fills `prepared`; returns SETUP_ACCEPTED, SETUP_INVALID or SETUP_CANCELLED.
+  virtual int PrepareBoard(Game& game, UserBoard& prepared) = 0;
+
+  UserBoard board;
+  int outcome = 0;
+  bool validated = false;
+
+ private:
+  void InstallBoard(Game& game);
+  void RefuseBoard(Game& game);
 };
 
 class Command_Setboard : public Command_SetupBoardCommands {
  public:
   Command_Setboard(std::string raw_input, std::string fen_text)
       : Command_SetupBoardCommands(std::move(raw_input)), fen(std::move(fen_text)) {}
+  int PrepareBoard(Game& game, UserBoard& prepared) override;
   std::string fen;
 };
 
+// Runs the edit loop on the game's position.
 class Command_Edit : public Command_SetupBoardCommands {
  public:
   using Command_SetupBoardCommands::Command_SetupBoardCommands;
+  int PrepareBoard(Game& game, UserBoard& prepared) override;
 };
 
 class Command_Quit : public Command {
@@ -233,6 +250,8 @@ class Command_Tc : public Command_SetTimeControl {
       : Command_SetTimeControl(std::move(raw_input)), text(std::move(control_text)) {}
   void Execute(Game& game) override;
   std::string text;
+  TimeControlPair controls;  // read from the text when the command first runs
+  bool validated = false;
 };
 
 class Command_st : public Command {

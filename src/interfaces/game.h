@@ -1,14 +1,20 @@
-// The game as the running program holds it: the protocol in force, who plays which side, the
-// game mode and the state of the search. Commands execute against this object.
+// The game as the running program holds it: the game record, the protocol in force, the clocks,
+// who plays which side, the game mode and the state of the search, and what the engine decides
+// when a search is over. Commands execute against this object.
 #pragma once
 
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "board/types.h"
 #include "interfaces/basic_protocol.h"
+#include "interfaces/draw_resign_tracker.h"
+#include "interfaces/game_clock.h"
+#include "interfaces/user_board.h"
+#include "search/search_request.h"
 
 namespace ZephrinInterfaces {
 
@@ -35,32 +41,17 @@ struct Player {
   bool engine_plays = false;  // the engine makes this side's moves now
 };
 
-// What decides about draw offers and resigning; the counters are updated after each search.
-struct DrawResignTracker {
-  std::int32_t last_score = 1000000;
-  bool mate_seen = false;
-  std::int32_t mate_distance = -1;
-  std::int32_t moves = 0;
-  std::int32_t moves_since_offer = 1000;
-  std::int32_t same_score = 0;
-  std::int32_t near_zero = 0;
-  std::int32_t below_threshold = 0;
-  std::int32_t falling = 0;
-  std::int32_t rising = 0;
-  std::int32_t tablebase_verdict = 4;
-  bool draw_offered = false;
-  bool opponent_is_computer = false;  // survives a reset
-  std::int32_t contempt = 0;          // survives a reset
-
-  void Reset();
-  // A new value resets everything else.
-  void SetContempt(std::int32_t value);
-};
-
 struct not_exactly_one_player_is_played_by_engine {};
 struct no_match_engine_vs_standard_opponent {};
 
-class Game {
+// What a finished search leaves for the game to act on.
+struct SearchOutcome {
+  Move best_move = MOVE_INVALID;  // 0 when there was no legal move
+  std::int32_t score = 0;         // from the view of the side to move at the root
+  std::vector<Move> pv;           // the principal variation, best_move first
+};
+
+class Game : public UserBoard {
  public:
   explicit Game(std::unique_ptr<BasicProtocol> initial_protocol);
   Game(const Game&) = delete;
@@ -70,24 +61,48 @@ class Game {
   // The new protocol takes over from the old one, which is deleted; the caller activates it.
   void ReplaceProtocol(std::unique_ptr<BasicProtocol> new_protocol);
 
-  // The side to move and the full move number of the current position.
-  Color SideToMove() const;
-  int FullMoveNumber() const;
+  // Replaces the whole game record: moves, next moves and result.
+  void SetBoard(const UserBoard& board) { UserBoard::operator=(board); }
   // Prints the current position through Out.
   void DisplayPosition(bool verbose) const;
+  // The active clock belongs to the side to move again, after moves were taken back or replayed.
+  void FollowSideToMove();
 
   // What `.` reports: the running search once its iterations have begun, else null.
   const SearchReport* RunningSearchReport() const;
 
   // Raises search_aborted_exception if a search is running; does nothing otherwise.
   void AbortSearch(bool stopped_by_command) const;
+  // Raises search_request_received_exception with a request of the given SearchMode for a copy of
+  // `board`, with the limits of this game's clocks.
+  [[noreturn]] void RequestSearch(int mode, const UserBoard& board) const;
+  [[noreturn]] void RequestSearch(int mode) const { RequestSearch(mode, *this); }
+  // A search on the opponent's time: for the predicted move if one is known, else first a short
+  // search to find one.
+  void StartPondering() const;
+  // The opponent played the move that the ponder search assumed: it goes on as a normal search.
+  void PonderHit();
+
+  // Plays a move of the current position with the clock switch; returns its SAN text.
+  std::string PlayGameMove(Move move);
+  // The move goes out through the protocol.
+  void PlayEngineMove(Move move);
+  // The move goes to the log only.
+  void PlayOpponentMove(Move move);
+
+  // Acts on the end of a search: plays the move, answers a draw offer, resigns or offers a draw,
+  // stores a hint, and may request the next search (pondering).
+  void SearchFinished(bool stopped_by_command, const SearchOutcome& outcome);
 
   // Stores the record of the side to move and the other one, and sets the game mode from them.
   void InstallPlayers(const Player& to_move, const Player& other, bool analyze);
   Player& PlayerOf(Color color) { return color == WHITE ? white : black; }
+  const Player& PlayerOf(Color color) const { return color == WHITE ? white : black; }
   // A fresh record for the engine, with or without the move, and one for the default opponent.
   static Player EngineRecord(bool engine_plays);
   static Player OpponentRecord();
+  // No side is played by the engine, in force mode.
+  void ReleaseBothSides();
   // The colour whose record is the engine's; raises not_exactly_one_player_is_played_by_engine
   // unless exactly one is.
   Color EngineColor() const;
@@ -102,6 +117,7 @@ class Game {
   static std::int32_t DefaultOpponentRating();
   static void SetDefaultRatings(std::int32_t engine, std::int32_t opponent);
 
+  GameClock clock;
   Player white;
   Player black;
   bool pondering = false;
@@ -110,10 +126,15 @@ class Game {
   std::int32_t st_limit = 0;   // milliseconds, 0 for none
   std::int32_t sd_limit = 0;   // iterations, 0 for none
   std::int32_t hint_time = 1000;
-  Move hint = HINT_NONE;
+  Move hint = HINT_NONE;       // or the hint move, which is also the move pondered on
   DrawResignTracker tracker;
 
  private:
+  void MoveSearchFinished(const SearchOutcome& outcome);
+  void HintSearchFinished(const SearchOutcome& outcome);
+  // Ends the game by agreement or resignation, as an interactive protocol does itself.
+  void EndGame(int result, int reason);
+
   std::unique_ptr<BasicProtocol> protocol_;
 };
 
