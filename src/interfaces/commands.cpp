@@ -51,6 +51,7 @@ void Command_New::Execute(Game&) { RaiseNotAvailableYet(*this); }
 
 void Command_Force::Execute(Game& game) {
   game.AbortSearch(true);
+  game.clock.Stop();
   game.white.engine_plays = false;
   game.black.engine_plays = false;
   game.game_mode = GAME_MODE_FORCE;
@@ -221,7 +222,10 @@ void Command_SendSearchStatus::Execute(Game& game) {
   done = true;
 }
 
-void Command_Display::Execute(Game&) { RaiseNotAvailableYet(*this); }
+void Command_Display::Execute(Game& game) {
+  game.Protocol().DisplayBoard(game, true);
+  done = true;
+}
 void Command_Eval::Execute(Game&) { RaiseNotAvailableYet(*this); }
 void Command_Help::Execute(Game& game) {
   game.Protocol().PrintHelp();

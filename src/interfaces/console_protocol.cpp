@@ -4,7 +4,6 @@
 
 #include "frame/tee_stream.h"
 #include "interfaces/game.h"
-#include "interfaces/game_result_text.h"
 
 namespace ZephrinInterfaces {
 

@@ -47,13 +47,7 @@ void Game::ReplaceProtocol(std::unique_ptr<BasicProtocol> new_protocol) {
   protocol_ = std::move(new_protocol);
 }
 
-// The game record with its moves arrives later; until then the game stays at the start position,
-// which no command can change yet.
-Color Game::SideToMove() const { return WHITE; }
-int Game::FullMoveNumber() const { return 1; }
-void Game::DisplayPosition(bool) const {
-  CHECKED_ASSERT(false, "game", "The board can't be displayed before the game record exists");
-}
+void Game::DisplayPosition(bool verbose) const { Current().Display(verbose); }
 
 // No search exists before the search driver is built, so there is never one to report.
 const SearchReport* Game::RunningSearchReport() const { return nullptr; }

@@ -1,5 +1,6 @@
-// The game as the running program holds it: the protocol in force, who plays which side, the
-// game mode and the state of the search. Commands execute against this object.
+// The game as the running program holds it: the game record, and what belongs to the running
+// program: the protocol in force, the clocks, who plays which side, the game mode and the state of
+// the search. Commands execute against this object.
 #pragma once
 
 #include <cstdint>
@@ -9,6 +10,8 @@
 
 #include "board/types.h"
 #include "interfaces/basic_protocol.h"
+#include "interfaces/game_clock.h"
+#include "interfaces/user_board.h"
 
 namespace ZephrinInterfaces {
 
@@ -60,7 +63,7 @@ struct DrawResignTracker {
 struct not_exactly_one_player_is_played_by_engine {};
 struct no_match_engine_vs_standard_opponent {};
 
-class Game {
+class Game : public UserBoard {
  public:
   explicit Game(std::unique_ptr<BasicProtocol> initial_protocol);
   Game(const Game&) = delete;
@@ -70,9 +73,6 @@ class Game {
   // The new protocol takes over from the old one, which is deleted; the caller activates it.
   void ReplaceProtocol(std::unique_ptr<BasicProtocol> new_protocol);
 
-  // The side to move and the full move number of the current position.
-  Color SideToMove() const;
-  int FullMoveNumber() const;
   // Prints the current position through Out.
   void DisplayPosition(bool verbose) const;
 
@@ -102,6 +102,7 @@ class Game {
   static std::int32_t DefaultOpponentRating();
   static void SetDefaultRatings(std::int32_t engine, std::int32_t opponent);
 
+  GameClock clock;
   Player white;
   Player black;
   bool pondering = false;

@@ -6,7 +6,6 @@
 #include "frame/string_conversions.h"
 #include "frame/tee_stream.h"
 #include "interfaces/game.h"
-#include "interfaces/game_result_text.h"
 
 namespace ZephrinInterfaces {
 
