@@ -2,7 +2,10 @@
 
 #include "frame/checked_assert.h"
 #include "frame/control_exceptions.h"
+#include "frame/tee_stream.h"
 #include "frame/version.h"
+#include "interfaces/command.h"
+#include "interfaces/move_text.h"
 
 namespace ZephrinInterfaces {
 
@@ -46,6 +49,28 @@ void Game::ReplaceProtocol(std::unique_ptr<BasicProtocol> new_protocol) {
   new_protocol->TakeOverFrom(*protocol_);
   protocol_ = std::move(new_protocol);
 }
+
+std::string Game::PlayGameMove(Move move) {
+  const std::string text = MoveToText(Current(), move);
+  clock.SwitchSides();
+  PlayMove(move);
+  hint = HINT_NONE;
+  return text;
+}
+
+void Game::PlayEngineMove(Move move) { Protocol().ShowEngineMove(PlayGameMove(move)); }
+
+void Game::PlayOpponentMove(Move move) { Out.WriteLogOnly("Opponent played: " + PlayGameMove(move)); }
+
+// Searches arrive with the search driver; until then a request is refused in plain words.
+void Game::RequestSearch(SearchKind) { throw ErrorCommand(ErrorCommand::ERROR, "not available yet", "search"); }
+
+void Game::StartPondering() {
+  if (hint == HINT_NO_MOVE_KNOWN || hint == HINT_REQUESTED) return;
+  RequestSearch(hint == HINT_NONE ? SearchKind::puzzle : SearchKind::pondering);
+}
+
+void Game::PonderHit() { search_state = SEARCH_STATE_THINKING; }
 
 void Game::DisplayPosition(bool verbose) const { Current().Display(verbose); }
 

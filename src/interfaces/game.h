@@ -31,6 +31,9 @@ constexpr Move HINT_NONE = 0;
 constexpr Move HINT_NO_MOVE_KNOWN = 1;
 constexpr Move HINT_REQUESTED = 2;
 
+// What a search is asked to do.
+enum class SearchKind { normal, analyze, pondering, puzzle };
+
 struct Player {
   std::string name;
   std::int32_t rating = 0;
@@ -75,6 +78,25 @@ class Game : public UserBoard {
 
   // Prints the current position through Out.
   void DisplayPosition(bool verbose) const;
+
+  // Replaces the game record as a whole: a new position or a game read from a file.
+  void ReplaceGame(const UserBoard& game) { static_cast<UserBoard&>(*this) = game; }
+
+  // Plays a move of the current position: its text in SAN, which is returned, the clocks switch
+  // sides, and the hint is forgotten.
+  std::string PlayGameMove(Move move);
+  // The same, and the move goes to the front end.
+  void PlayEngineMove(Move move);
+  // The same, and the move goes to the log.
+  void PlayOpponentMove(Move move);
+
+  // Raises search_request_received_exception with a request of the kind for the current game.
+  [[noreturn]] void RequestSearch(SearchKind kind);
+  // Starts the search on the opponent's time: a hint search when no reply is known, else a ponder
+  // search on the position after the expected reply.
+  void StartPondering();
+  // The opponent played the move the ponder search expected: it goes on as a search for a move.
+  void PonderHit();
 
   // What `.` reports: the running search once its iterations have begun, else null.
   const SearchReport* RunningSearchReport() const;
