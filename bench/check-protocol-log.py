@@ -321,6 +321,7 @@ CONTINUATION = re.compile(r"^(protover \d+|random|new|force|go|post|nopost|hard|
                           r"|white|black|playother|time -?\d+|otim -?\d+|ping \d+|level .*|st .*|sd .*)$")
 PROTOCOL_PREFIXES = ("feature ", "tellics", "telluser", "tellopponent", "tellothers", "tellall",
                      "askuser ", "Error", "Hint:", "stat01:", "#", "offer draw", "resign")
+EMBEDDED_PREFIX = re.compile(r"\d+ >(?:first |second): ?")
 CONSOLE_PROMPT = re.compile(r"^\s*((White|Black) \d+> ?)?$")
 RESULT = re.compile(r"^(1-0|0-1|1/2-1/2|\*) \{[^}]*\}$")
 
@@ -351,6 +352,9 @@ class EngineLog:
 
     # -- what the front end sent
     def sent(self, line_no, text):
+        # xboard writes "usermove " and the move separately, and logs each write:
+        # "3710 >first : usermove 3710 >first : b7b5".
+        text = EMBEDDED_PREFIX.sub("", text)
         words = text.split()
         if not words:
             return
@@ -522,6 +526,9 @@ class EngineLog:
         self.note(line_no, "engine answered: %s" % text)
 
     def finish(self, line_no):
+        # For our own engine a move that could not be followed is no pass.
+        if self.counts["unchecked"] and not self.allow_chatter:
+            self.fail(line_no, "%d moves could not be checked (position unknown)" % self.counts["unchecked"])
         # At the end of a match xboard sends "ping" and then "quit" without waiting: only
         # that is excused.
         if self.pings and not self.sent_after_ping <= {"quit", "ping"}:
@@ -591,7 +598,7 @@ protover 2
 random
 102 >first : usermove e4
 103 <first : move c5
-103 >first : usermove Nf3
+103 >first : usermove 103 >first : Nf3
 104 <first : # a comment
 104 <first : telluser two lines\tjoined
 104 <first : move Nc6
