@@ -1,0 +1,3 @@
+#include "evaluation/evaluation_settings.h"
+
+EvaluationSettings EvalSettings;

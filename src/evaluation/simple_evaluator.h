@@ -1,0 +1,9 @@
+// The evaluator of the endgames without one of their own: plain integer terms, no pair and no mix.
+#pragma once
+
+#include "board/board.h"
+#include "evaluation/evaluation_record.h"
+
+// A score from the side to move's view; when its lazy test answers, it sets `record.lazy` and
+// returns bound (reached) or bound - 1 (not reached).
+int EvaluateSimple(EvaluationRecord& record, const Board& board, int bound);

@@ -1,0 +1,235 @@
+#include "evaluation/evaluation.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <regex>
+#include <string>
+
+#include "evaluation_test_support.h"
+#include "hash/hash.h"
+
+namespace {
+
+using evaluation_test::ForEachNode;
+using evaluation_test::FromFen;
+using evaluation_test::Mirrored;
+using evaluation_test::WalkStarts;
+
+// Each test starts from empty tables, with the program's draw score 0 and no personality.
+class EvaluateTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    EvaluationHashTable.Clear();
+    PawnHashTable.Clear();
+    EvalSettings = EvaluationSettings{};
+    record.settings = &settings;
+  }
+
+  int ExactWithoutLazyExits(const Board& board, PositionType type) {
+    record.allow_lazy_exits = false;
+    EvaluationHashTable.Clear();
+    int score = ExactEvaluation(record, board, type);
+    EvaluationHashTable.Clear();
+    record.allow_lazy_exits = true;
+    return score;
+  }
+
+  EvaluationSettings settings;
+  EvaluationRecord record;
+};
+
+// The other variant of the full evaluator, for positions with middlegame material.
+bool HasFullVariants(PositionType type) { return type == POSITION_OPENING || type == POSITION_MIDDLEGAME; }
+
+TEST_F(EvaluateTest, MateBoundsAreNeverReached) {
+  const char* const fens[] = {
+      "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
+      "4k3/8/8/8/8/8/8/RNBQK3 b - - 0 1",
+      "8/8/4k3/3p4/3P4/4K3/8/8 w - - 0 1",
+      "r7/8/4k3/8/8/4K3/4P3/R7 b - - 0 1",
+  };
+  for (const char* fen : fens) {
+    Board board = FromFen(fen);
+    PositionType type = ClassifyPosition(board, NO_POSITION_TYPE);
+    EXPECT_EQ(Evaluate(record, board, 31767, type), 31766) << fen;
+    EXPECT_EQ(Evaluate(record, board, 32767, type), 32766) << fen;
+    EXPECT_EQ(Evaluate(record, board, -31767, type), -31767) << fen;
+    EXPECT_EQ(Evaluate(record, board, -32767, type), -32767) << fen;
+    // Mate bounds neither use nor fill the evaluation table.
+    EXPECT_EQ(EvaluationHashTable.Probe(board.Key(), 0), EVALUATION_PROBE_MISS) << fen;
+  }
+}
+
+TEST_F(EvaluateTest, ScoresAreIndependentOfColour) {
+  int positions = 0;
+  for (const auto& start : WalkStarts()) {
+    Board board = FromFen(start.fen);
+    ForEachNode(board, start.depth, [&](const Board& node) {
+      Board mirror = Mirrored(node);
+      PositionType type = ClassifyPosition(node, NO_POSITION_TYPE);
+      ++positions;
+      ASSERT_EQ(ExactEvaluation(record, node, type), ExactEvaluation(record, mirror, type))
+          << start.fen << " type " << type;
+      if (HasFullVariants(type)) {
+        // The other variant of the same position; the evaluation table would answer with the
+        // first variant's score.
+        PositionType other = POSITION_OPENING + POSITION_MIDDLEGAME - type;
+        EvaluationHashTable.Clear();
+        ASSERT_EQ(ExactEvaluation(record, node, other), ExactEvaluation(record, mirror, other))
+            << start.fen << " type " << other;
+      }
+    });
+  }
+  EXPECT_GT(positions, 5000);
+}
+
+TEST_F(EvaluateTest, LazyExitsAgreeWithTheFullEvaluation) {
+  const int offsets[] = {-5000, -1000, -701, -400, -290, -276, -100, -1, 0,
+                         1,     100,   276,  290,  400,  701,  1000, 5000};
+  int lazy_answers = 0;
+  int exact_answers = 0;
+  for (const auto& start : WalkStarts()) {
+    Board board = FromFen(start.fen);
+    ForEachNode(board, start.depth - 1, [&](const Board& node) {
+      PositionType type = ClassifyPosition(node, NO_POSITION_TYPE);
+      int exact = ExactWithoutLazyExits(node, type);
+      for (int offset : offsets) {
+        int bound = std::clamp(exact + offset, -MATE_BOUND, MATE_BOUND);
+        EvaluationHashTable.Clear();
+        int answer = Evaluate(record, node, bound, type);
+        ASSERT_EQ(answer >= bound, exact >= bound) << start.fen << " bound " << bound;
+        if (type == POSITION_MATING) continue;
+        if (record.lazy) {
+          ++lazy_answers;
+          ASSERT_TRUE(answer == bound || answer == bound - 1);
+        } else {
+          ++exact_answers;
+          ASSERT_EQ(answer, exact) << start.fen << " bound " << bound;
+        }
+      }
+      // With lazy exits on, the bisection still finds the full score.
+      EvaluationHashTable.Clear();
+      ASSERT_EQ(ExactEvaluation(record, node, type), exact) << start.fen;
+    });
+  }
+  EXPECT_GT(lazy_answers, 1000);
+  EXPECT_GT(exact_answers, 1000);
+}
+
+TEST_F(EvaluateTest, PawnTableHitsGiveTheSameScoresAsMisses) {
+  for (const auto& start : WalkStarts()) {
+    Board board = FromFen(start.fen);
+    ForEachNode(board, start.depth - 1, [&](const Board& node) {
+      PositionType type = ClassifyPosition(node, NO_POSITION_TYPE);
+      PawnHashTable.Clear();
+      EvaluationHashTable.Clear();
+      int from_miss = ExactEvaluation(record, node, type);
+      EvaluationHashTable.Clear();
+      int from_hit = ExactEvaluation(record, node, type);
+      ASSERT_EQ(from_miss, from_hit) << start.fen;
+      if (type != POSITION_MATING) {
+        ASSERT_NE(PawnHashTable.Probe(node.PawnKey(), type), nullptr);
+        ASSERT_EQ(record.pawn_summary.from_hash, 1);
+      }
+    });
+  }
+}
+
+TEST_F(EvaluateTest, TheEvaluationTableAnswersRepeatedPositions) {
+  Board board = FromFen("r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1");
+  PositionType type = ClassifyPosition(board, NO_POSITION_TYPE);
+  int exact = ExactEvaluation(record, board, type);
+  EXPECT_NE(EvaluationHashTable.Probe(board.Key(), exact), EVALUATION_PROBE_MISS);
+
+  // The record isn't touched when the table answers.
+  record.openness = 999;
+  record.endgame_term = -999;
+  EXPECT_EQ(Evaluate(record, board, exact + 1000, type), exact + 999);
+  EXPECT_EQ(Evaluate(record, board, exact - 1000, type), exact - 1000);
+  EXPECT_EQ(Evaluate(record, board, exact, type), exact);
+  EXPECT_EQ(Evaluate(record, board, exact + 1, type), exact);
+  EXPECT_EQ(record.openness, 999);
+  EXPECT_EQ(record.endgame_term, -999);
+
+  // The same value from a filled table and from an empty one.
+  EXPECT_EQ(ExactEvaluation(record, board, type), exact);
+  EvaluationHashTable.Clear();
+  PawnHashTable.Clear();
+  EXPECT_EQ(ExactEvaluation(record, board, type), exact);
+}
+
+TEST_F(EvaluateTest, ALazyExitLeavesBothTablesUnchanged) {
+  Board board = FromFen("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1");
+  PositionType type = ClassifyPosition(board, NO_POSITION_TYPE);
+  int free_pawn_slots = int(PawnHashTable.FreeSlotCount());
+  int free_evaluation_slots = int(EvaluationHashTable.FreeSlotCount());
+  EXPECT_EQ(Evaluate(record, board, 3000, type), 2999);
+  EXPECT_TRUE(record.lazy);
+  EXPECT_EQ(Evaluate(record, board, -3000, type), -3000);
+  EXPECT_TRUE(record.lazy);
+  EXPECT_EQ(int(PawnHashTable.FreeSlotCount()), free_pawn_slots);
+  EXPECT_EQ(int(EvaluationHashTable.FreeSlotCount()), free_evaluation_slots);
+
+  // A bound near the score is answered in full, and both tables learn the position.
+  int exact = ExactWithoutLazyExits(board, type);
+  EXPECT_EQ(Evaluate(record, board, exact, type), exact);
+  EXPECT_FALSE(record.lazy);
+  EXPECT_NE(PawnHashTable.Probe(board.PawnKey(), type), nullptr);
+  EXPECT_EQ(EvaluationHashTable.Probe(board.Key(), exact), EVALUATION_PROBE_AT_LEAST_BOUND);
+  EXPECT_EQ(EvaluationHashTable.Probe(board.Key(), exact + 1), EVALUATION_PROBE_BELOW_BOUND);
+}
+
+TEST_F(EvaluateTest, TheMatingTypeUsesNeitherTableNorRecord) {
+  Board board = FromFen("4k3/8/8/8/8/8/8/RNBQK3 w - - 0 1");
+  ASSERT_EQ(ClassifyPosition(board, NO_POSITION_TYPE), POSITION_MATING);
+  record.openness = 7;
+  int score = ExactEvaluation(record, board, POSITION_MATING);
+  EXPECT_EQ(record.openness, 7);
+  EXPECT_EQ(EvaluationHashTable.FreeSlotCount(), EvaluationHashTable.SlotCount());
+  EXPECT_EQ(PawnHashTable.FreeSlotCount(), PawnHashTable.SlotCount());
+  // A queen, rook, bishop and knight up is a large plus for the side to move, a minus for the
+  // other side.
+  EXPECT_GT(score, 1000);
+  EXPECT_EQ(ExactEvaluation(record, Mirrored(board), POSITION_MATING), score);
+  Board black_to_move = FromFen("4k3/8/8/8/8/8/8/RNBQK3 b - - 0 1");
+  EXPECT_LT(ExactEvaluation(record, black_to_move, POSITION_MATING), -1000);
+}
+
+TEST_F(EvaluateTest, MaterialDecidesTheSignOfClearPositions) {
+  // Clearly won material in each evaluator family, seen by the side that has it and by the other.
+  const char* const fens[] = {
+      "1nbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQk - 0 1",  // opening, a rook up
+      "6k1/5ppp/8/8/8/8/5PPP/3R2K1 w - - 0 1",                      // rook and pawns against pawns
+      "6k1/8/8/8/8/8/5PPP/6K1 w - - 0 1",                           // pawn ending, three pawns up
+      "6k1/8/8/8/8/8/8/3R2K1 w - - 0 1",                            // no pawns
+  };
+  for (const char* fen : fens) {
+    Board board = FromFen(fen);
+    PositionType type = ClassifyPosition(board, NO_POSITION_TYPE);
+    EXPECT_GT(ExactEvaluation(record, board, type), 250) << fen;
+    std::string other_side = fen;
+    other_side.replace(other_side.find(" w "), 3, " b ");
+    EXPECT_LT(ExactEvaluation(record, FromFen(other_side), type), -250) << fen;
+  }
+}
+
+TEST_F(EvaluateTest, TheEvalCommandTextGivesTheExactScore) {
+  Board board = FromFen("r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R b KQkq - 0 1");
+  for (int personality : {0, 7, -1000, 1000}) {
+    settings.personality = std::int16_t(personality);
+    EvaluationHashTable.Clear();
+    int exact = ExactEvaluation(record, board, ClassifyPosition(board, NO_POSITION_TYPE));
+    EvaluationHashTable.Clear();
+    EXPECT_EQ(EvaluationCommandText(board, personality), "eval: " + std::to_string(exact) + "\n");
+  }
+  // The program's own settings are neither used nor changed.
+  EvalSettings.white_draw_score = 55;
+  EvaluationHashTable.Clear();
+  std::string text = EvaluationCommandText(Mirrored(board), 0);
+  EXPECT_TRUE(std::regex_match(text, std::regex("eval: -?[0-9]+\n"))) << text;
+  EXPECT_EQ(EvalSettings.white_draw_score, 55);
+  EXPECT_EQ(EvalSettings.personality, 0);
+}
+
+}  // namespace

@@ -1,0 +1,131 @@
+#include "evaluation/pawn_hash_entry.h"
+
+#include <gtest/gtest.h>
+
+#include "board/bitboard.h"
+#include "frame/string_conversions.h"
+#include "evaluation_test_support.h"
+
+namespace {
+
+using evaluation_test::FromFen;
+
+// White pawns a2 b3 c4 d4 g2 h2, Black pawns a7 b7 d5 f6 g7 h7.
+const char* const FEN = "4k3/pp4pp/5p2/3p4/2PP4/1P6/P5PP/4K3 w - - 0 1";
+
+Bitboard Squares(std::initializer_list<const char*> names) {
+  Bitboard set = 0;
+  for (const char* name : names) set |= SquareBit(*ParseSquare(name));
+  return set;
+}
+
+EvaluationRecord FilledRecord() {
+  EvaluationRecord record{};
+  record.pawns[WHITE].passed = Squares({"c4"});
+  record.pawns[BLACK].passed = Squares({"a7", "b7"});
+  record.pawns[WHITE].isolated = Squares({"a2"});
+  record.pawns[BLACK].isolated = Squares({"d5", "f6"});
+  record.pawns[WHITE].backward = Squares({"b3"});
+  record.pawns[BLACK].backward = Squares({"g7"});
+  record.pawns[WHITE].backward_weak = Squares({"b3"});
+  record.pawns[BLACK].backward_weak = 0;
+  record.pawns[WHITE].safe_advance = Squares({"c5", "g3", "g4", "h3"});
+  record.pawns[BLACK].safe_advance = Squares({"a6", "a5", "h6"});
+  record.majority[0] = {1, 4, 3};
+  record.majority[1] = {2, 3, 2};
+  record.openness = 13;
+  PawnSummary& summary = record.pawn_summary;
+  summary.positional = -321;
+  summary.dynamic = 123;
+  summary.simple = -77;
+  const int values[2][3][2] = {{{511, -511}, {0, -1}, {7, 1}}, {{-30, 30}, {-3, 0}, {255, -256}}};
+  for (int c = 0; c < 2; ++c) {
+    for (int w = 0; w < 3; ++w) {
+      for (int k = 0; k < 2; ++k) summary.potential[c][w][k] = std::int16_t(values[c][w][k]);
+    }
+  }
+  return record;
+}
+
+void ExpectSameFacts(const EvaluationRecord& restored, const EvaluationRecord& original) {
+  for (Color c : {WHITE, BLACK}) {
+    EXPECT_EQ(restored.pawns[c].passed, original.pawns[c].passed);
+    EXPECT_EQ(restored.pawns[c].passed_count, PopCount(original.pawns[c].passed));
+    EXPECT_EQ(restored.pawns[c].isolated, original.pawns[c].isolated);
+    EXPECT_EQ(restored.pawns[c].backward, original.pawns[c].backward);
+    EXPECT_EQ(restored.pawns[c].backward_weak, original.pawns[c].backward_weak);
+    EXPECT_EQ(restored.pawns[c].safe_advance, original.pawns[c].safe_advance);
+  }
+  for (int wing = 0; wing < 2; ++wing) {
+    EXPECT_EQ(restored.majority[wing].owner, original.majority[wing].owner);
+    EXPECT_EQ(restored.majority[wing].owner_files, original.majority[wing].owner_files);
+    EXPECT_EQ(restored.majority[wing].other_pawns, original.majority[wing].other_pawns);
+  }
+  EXPECT_EQ(restored.openness, original.openness);
+  EXPECT_EQ(restored.pawn_summary.from_hash, 1);
+}
+
+TEST(PawnHashEntry, FullEntriesKeepThePairAndThePotentials) {
+  Board board = FromFen(FEN);
+  EvaluationRecord original = FilledRecord();
+  for (PositionType type : {POSITION_OPENING, POSITION_MIDDLEGAME}) {
+    PAWN_HASH_ENTRY entry = ConstructPawnHashEntry(original, board, type);
+    EXPECT_EQ(entry.key, board.PawnKey());
+    EXPECT_EQ(entry.position_type, type);
+    EvaluationRecord restored{};
+    RestorePawnHashEntry(entry, restored, board);
+    ExpectSameFacts(restored, original);
+    EXPECT_EQ(restored.pawn_summary.positional, -321);
+    EXPECT_EQ(restored.pawn_summary.dynamic, 123);
+    EXPECT_EQ(restored.pawn_summary.simple, 0);
+    for (int c = 0; c < 2; ++c) {
+      for (int w = 0; w < 3; ++w) {
+        for (int k = 0; k < 2; ++k) {
+          EXPECT_EQ(restored.pawn_summary.potential[c][w][k], original.pawn_summary.potential[c][w][k])
+              << c << w << k;
+        }
+      }
+    }
+  }
+}
+
+TEST(PawnHashEntry, ShortEntriesKeepTheSimpleValue) {
+  Board board = FromFen(FEN);
+  EvaluationRecord original = FilledRecord();
+  for (PositionType type = POSITION_EQUAL_PIECES; type <= POSITION_OTHER_ENDGAME; ++type) {
+    if (type == POSITION_MATING) continue;
+    EvaluationRecord restored{};
+    RestorePawnHashEntry(ConstructPawnHashEntry(original, board, type), restored, board);
+    ExpectSameFacts(restored, original);
+    EXPECT_EQ(restored.pawn_summary.simple, -77);
+    EXPECT_EQ(restored.pawn_summary.positional, 0);
+    EXPECT_EQ(restored.pawn_summary.dynamic, 0);
+    EXPECT_EQ(restored.pawn_summary.potential[WHITE][0][POTENTIAL_ATTACK], 0);
+  }
+}
+
+TEST(PawnHashEntry, MajorityCountsAreKeptOnlyWithAnOwner) {
+  Board board = FromFen(FEN);
+  EvaluationRecord original = FilledRecord();
+  original.majority[0] = {0, 3, 2};
+  original.majority[1] = {1, 7, 7};
+  original.openness = 1;
+  EvaluationRecord restored{};
+  RestorePawnHashEntry(ConstructPawnHashEntry(original, board, POSITION_MIDDLEGAME), restored, board);
+  EXPECT_EQ(restored.majority[0].owner, 0u);
+  EXPECT_EQ(restored.majority[0].owner_files, 0);
+  EXPECT_EQ(restored.majority[0].other_pawns, 0);
+  EXPECT_EQ(restored.majority[1].owner, 1u);
+  EXPECT_EQ(restored.majority[1].owner_files, 7);
+  EXPECT_EQ(restored.majority[1].other_pawns, 7);
+  EXPECT_EQ(restored.openness, 1);
+}
+
+TEST(PawnHashEntryDeathTest, TheMatingTypeHasNoEntry) {
+  Board board = FromFen(FEN);
+  EvaluationRecord record = FilledRecord();
+  // The message goes through the program's output stream, not to the error stream.
+  EXPECT_DEATH(ConstructPawnHashEntry(record, board, POSITION_MATING), "");
+}
+
+}  // namespace

@@ -1,0 +1,109 @@
+#include <cstring>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "board/board.h"
+#include "interfaces/fen.h"
+
+namespace {
+
+using ZephrinInterfaces::BoardToFen;
+using ZephrinInterfaces::fen_invalid_position;
+using ZephrinInterfaces::fen_io_error;
+using ZephrinInterfaces::ReadFen;
+
+const std::string START = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+
+TEST(Fen, WritesAndReadsBack) {
+  EXPECT_EQ(BoardToFen(Board(), 1), START);
+  for (const std::string& fen : {
+           START,
+           std::string("r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1"),
+           std::string("rnbq1k1r/pp1Pbppp/2p5/8/2B5/8/PPP1NnPP/RNBQK2R w KQ - 1 8"),
+           std::string("rnbqkbnr/pp1ppppp/8/2pP4/8/8/PPP1PPPP/RNBQKBNR w Kq c6 0 30"),
+           std::string("8/8/8/8/k2Pp3/8/8/3K4 b - d3 37 61"),
+       }) {
+    Board board;
+    const ZephrinInterfaces::FenCounts counts = ReadFen(fen, board);
+    EXPECT_EQ(BoardToFen(board, counts.full_move_number), fen);
+    EXPECT_TRUE(board.IsConsistent()) << fen;
+  }
+}
+
+TEST(Fen, CountsAndFirstPly) {
+  Board board;
+  auto counts = ReadFen("4k3/8/8/8/8/8/8/4K3 b - - 12 30", board);
+  EXPECT_EQ(counts.full_move_number, 30);
+  EXPECT_EQ(counts.half_move_count, 12);
+  EXPECT_EQ(counts.first_ply, 59);
+  EXPECT_EQ(board.State().reversible_count, 12);
+  counts = ReadFen("4k3/8/8/8/8/8/8/4K3 w - - 0 0", board);
+  EXPECT_EQ(counts.full_move_number, 1);
+  EXPECT_EQ(counts.first_ply, 0);
+  int first_ply = -1;
+  ReadFen("  4k3/8/8/8/8/8/8/4K3\tw - -  0 007 \n", board, first_ply);  // extra blanks, leading zeros
+  EXPECT_EQ(first_ply, 12);
+  ReadFen("4k3/8/8/8/8/8/8/4KR2 w - - 100 80", board);
+  EXPECT_TRUE(board.IsDraw());
+}
+
+TEST(Fen, MalformedTextIsAnIoErrorAndLeavesTheBoardAlone) {
+  Board board;
+  ReadFen("4k3/8/8/8/8/8/4P3/4K3 b - - 5 9", board);
+  const Board before(board);
+  for (const char* bad : {
+           "",
+           "4k3/8/8/8/8/8/8/4K3 w - - 0",                // five fields
+           "4k3/8/8/8/8/8/8/4K3 w - - 0 1 extra",        // seven
+           "4k3/8/8/8/8/8/8/4K3 x - - 0 1",              // side
+           "4k3/8/8/8/8/8/8/4K3 W - - 0 1",
+           "4k3/8/8/8/8/8/8/4K3 w QKkq - 0 1",           // castling out of order
+           "4k3/8/8/8/8/8/8/4K3 w KK - 0 1",             // a letter twice
+           "4k3/8/8/8/8/8/8/4K3 w K- - 0 1",
+           "4k3/8/8/8/8/8/8/4K3 w - e9 0 1",             // en passant
+           "4k3/8/8/8/8/8/8/4K3 w - e 0 1",
+           "4k3/8/8/8/8/8/8/4K3 w - e33 0 1",
+           "4k3/8/8/8/8/8/8/4K3 w - - 101 1",            // half-move count
+           "4k3/8/8/8/8/8/8/4K3 w - - -1 1",
+           "4k3/8/8/8/8/8/8/4K3 w - - +5 1",
+           "4k3/8/8/8/8/8/8/4K3 w - - 5x 1",
+           "4k3/8/8/8/8/8/8/4K3 w - - 0 -1",             // move number
+           "4k3/8/8/8/8/8/8/4K3 w - - 0 99999999999999999999",
+           "4k3/8/8/8/8/8/8/4K3 w - - 0 4294967297",
+           "4k3/8/8/8/8/8/8/4K3 w - - 0 --1",
+           "4k3/8/8/8/8/8/8/4X3 w - - 0 1",              // bad piece letter
+           "4k3/8/8/8/8/8/8/4K4 w - - 0 1",              // a rank of nine squares
+           "4k3/9/8/8/8/8/8/4K3 w - - 0 1",
+           "4k3/ppppppppp/8/8/8/8/8/4K3 w - - 0 1",
+           "4k3/8/8/8/8/8/8/4K2 w - - 0 1",              // a rank of seven
+           "4k3/8/8/8/8/8/4K3 w - - 0 1",                // seven ranks
+           "4k3/8/8/8/8/8/8/8/4K3 w - - 0 1",            // nine ranks
+           "4k3/8/8/8/8/8/8/4K3/ w - - 0 1",
+           "4k3//8/8/8/8/8/4K3 w - - 0 1",
+       }) {
+    EXPECT_THROW(ReadFen(bad, board), fen_io_error) << bad;
+    EXPECT_EQ(0, std::memcmp(board.squares, before.squares, sizeof(board.squares))) << bad;
+    EXPECT_EQ(board.Key(), before.Key()) << bad;
+    EXPECT_EQ(board.side_to_move, BLACK) << bad;
+  }
+}
+
+TEST(Fen, IllegalPositionsAreRefused) {
+  Board board;
+  const Board before(board);
+  for (const char* bad : {
+           "8/8/8/8/8/8/8/4K3 w - - 0 1",                 // a missing king
+           "4k3/8/8/8/8/8/8/4KK2 w - - 0 1",
+           "4k3/8/8/8/8/8/8/P3K3 w - - 0 1",              // pawn on the first rank
+           "4k3/8/8/8/8/8/8/R3K2r b - - 0 1",             // the side not to move in check
+           "4k3/8/8/8/8/8/8/4K3 w K - 0 1",               // right without rook
+           "4k3/8/8/8/4P3/8/8/4K3 w - e3 0 1",            // target on the wrong rank for the side
+           "4k3/8/8/8/8/8/8/4K3 b - e3 0 1",              // no pawn in front of the target
+       }) {
+    EXPECT_THROW(ReadFen(bad, board), fen_invalid_position) << bad;
+    EXPECT_EQ(BoardToFen(board, 1), START) << bad;
+  }
+}
+
+}  // namespace
