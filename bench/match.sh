@@ -35,6 +35,8 @@ Usage: bench/match.sh [options]
 
 The output directory receives games.pgn, logs/xboard-NN.debug (protocol traffic),
 logs/xboard-NN.out, logs/protocol-check.txt and summary.txt.
+Exit status: 0 when every game ended properly without an illegal move, a time forfeit or a
+crash, and the first engine's protocol log is clean; 1 otherwise; 2 for bad arguments.
 EOF
 }
 
