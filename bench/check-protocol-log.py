@@ -6,15 +6,18 @@ For the engine under test ("first" by default) it replays the traffic and checks
   * every "ping N" was answered by "pong N", in order;
   * the engine did not call a legal move of the front end illegal;
   * with "post" off, only protocol lines reached the front end: move, feature, pong,
-    tellics/telluser and friends, Error, Illegal move, result lines, offer draw, resign,
-    Hint, stat01 and "#" comments. With "post" on, thinking lines are allowed as well.
+    tellics/telluser and friends, Illegal move, result lines, offer draw, resign, Hint,
+    stat01 and "#" comments. With "post" on, thinking lines are allowed as well. A console
+    prompt before the first feature line is noted, since the engine starts at its console;
+  * the engine refused no command with "Error": xboard sends none it may refuse in a match.
 
 Usage: check-protocol-log.py [--engine first|second] [--allow-chatter] [--quiet] LOG...
        check-protocol-log.py --self-test
 
---allow-chatter reports other output as a note instead of a failure (for foreign engines,
-which talk freely). The last line of output is a machine-readable summary. The exit status
-is 0 when no log has a failure, 1 otherwise, 2 on a usage or read error.
+--allow-chatter reports other output, and "Error" replies, as notes instead of failures
+(for foreign engines, which talk freely). The last line of output is a machine-readable
+summary. The exit status is 0 when no log has a failure, 1 otherwise, 2 on a usage or read
+error. --self-test checks the move generator by perft and the checker on a made-up log.
 """
 
 import re
@@ -318,6 +321,8 @@ CONTINUATION = re.compile(r"^(protover \d+|random|new|force|go|post|nopost|hard|
                           r"|white|black|playother|time -?\d+|otim -?\d+|ping \d+|level .*|st .*|sd .*)$")
 PROTOCOL_PREFIXES = ("feature ", "tellics", "telluser", "tellopponent", "tellothers", "tellall",
                      "askuser ", "Error", "Hint:", "stat01:", "#", "offer draw", "resign")
+EMBEDDED_PREFIX = re.compile(r"\d+ >(?:first |second): ?")
+CONSOLE_PROMPT = re.compile(r"^\s*((White|Black) \d+> ?)?$")
 RESULT = re.compile(r"^(1-0|0-1|1/2-1/2|\*) \{[^}]*\}$")
 
 
@@ -334,6 +339,7 @@ class EngineLog:
         self.history = []
         self.edit = None              # the board being set up while in edit mode
         self.post = False
+        self.features_seen = False
         self.pings = []
         self.sent_after_ping = set()  # commands sent since the oldest unanswered ping
         self.game_over = False
@@ -346,6 +352,9 @@ class EngineLog:
 
     # -- what the front end sent
     def sent(self, line_no, text):
+        # xboard writes "usermove " and the move separately, and logs each write:
+        # "3710 >first : usermove 3710 >first : b7b5".
+        text = EMBEDDED_PREFIX.sub("", text)
         words = text.split()
         if not words:
             return
@@ -435,6 +444,12 @@ class EngineLog:
     def received(self, line_no, text):
         text = text.rstrip("\r\n")
         stripped = text.strip()
+        if not self.features_seen and CONSOLE_PROMPT.match(text):
+            # The engine starts at its console and may prompt once before "xboard" arrives.
+            self.note(line_no, "console prompt before the protocol started: %r" % text)
+            return
+        if stripped.startswith("feature "):
+            self.features_seen = True
         if stripped.startswith("move "):
             self.engine_move(line_no, stripped[5:].strip())
         elif stripped.startswith("pong"):
@@ -449,8 +464,12 @@ class EngineLog:
             pass
         elif stripped.startswith(PROTOCOL_PREFIXES) and stripped == text:
             if stripped.startswith("Error"):
+                # In a plain match xboard sends nothing an engine may refuse.
                 self.counts["errors"] += 1
-                self.note(line_no, "engine reports an error: %s" % text)
+                if self.allow_chatter:
+                    self.note(line_no, "engine reports an error: %s" % text)
+                else:
+                    self.fail(line_no, "engine refused a command: %s" % text)
         elif text.endswith("(not sent to xboard)"):
             self.counts["chatter"] += 1
             self.fail(line_no, "a log-only line reached the front end: %r" % text)
@@ -507,6 +526,9 @@ class EngineLog:
         self.note(line_no, "engine answered: %s" % text)
 
     def finish(self, line_no):
+        # For our own engine a move that could not be followed is no pass.
+        if self.counts["unchecked"] and not self.allow_chatter:
+            self.fail(line_no, "%d moves could not be checked (position unknown)" % self.counts["unchecked"])
         # At the end of a match xboard sends "ping" and then "quit" without waiting: only
         # that is excused.
         if self.pings and not self.sent_after_ping <= {"quit", "ping"}:
@@ -570,12 +592,13 @@ def self_test():
 SAMPLE_LOG = """\
 100 >first : xboard
 protover 2
+101 <first :  
 101 <first : feature ping=1 setboard=1 san=1 usermove=1 done=1
 102 >first : new
 random
 102 >first : usermove e4
 103 <first : move c5
-103 >first : usermove Nf3
+103 >first : usermove 103 >first : Nf3
 104 <first : # a comment
 104 <first : telluser two lines\tjoined
 104 <first : move Nc6
@@ -594,6 +617,7 @@ random
 111 >first : new
 111 >first : usermove e4
 112 <first : Illegal move: e4
+112 <first : Error (unknown command): hello
 112 >first : ping 2
 112 >first : ping 3
 113 <first : pong 3
@@ -621,8 +645,8 @@ def log_self_test():
     finally:
         os.unlink(sample.name)
     expected = dict(moves=6, unchecked=0, illegal=1, rejected=1, pings=4, pong_errors=3,
-                    chatter=2, thinking_unposted=1, errors=0)
-    if log.counts != expected or len(log.failures) != 8:
+                    chatter=2, thinking_unposted=1, errors=1)
+    if log.counts != expected or len(log.failures) != 9:
         print("sample log: counts %s, expected %s" % (log.counts, expected))
         print("\n".join(log.failures))
         return False

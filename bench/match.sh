@@ -35,6 +35,8 @@ Usage: bench/match.sh [options]
 
 The output directory receives games.pgn, logs/xboard-NN.debug (protocol traffic),
 logs/xboard-NN.out, logs/protocol-check.txt and summary.txt.
+Exit status: 0 when every game ended properly without an illegal move, a time forfeit or a
+crash, and the first engine's protocol log is clean; 1 otherwise; 2 for bad arguments.
 EOF
 }
 
@@ -157,7 +159,15 @@ mapfile -t names < <(sed -e '/^[[:space:]]*$/d' -e '/^[[:space:]]*#/d' "$opening
 cat >"$out/engine-guard.py" <<'EOF'
 import signal, subprocess, sys, time
 status_file, command = sys.argv[1], sys.argv[2:]
-child = subprocess.Popen(command)
+def record(code):
+    with open(status_file, "a") as f:
+        f.write("%d %.3f\n" % (code, time.time()))
+try:
+    child = subprocess.Popen(command)
+except OSError as error:
+    print("cannot start %s: %s" % (command[0], error), flush=True)
+    record(127)
+    sys.exit(127)
 def forward(signum, frame):
     try:
         child.send_signal(signum)
@@ -166,8 +176,7 @@ def forward(signum, frame):
 for signum in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
     signal.signal(signum, forward)
 code = child.wait()
-with open(status_file, "a") as f:
-    f.write("%d %.3f\n" % (code, time.time()))
+record(code)
 sys.exit(code if code >= 0 else 128 - code)
 EOF
 

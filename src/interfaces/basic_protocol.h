@@ -7,6 +7,7 @@
 #include <string>
 
 #include "frame/tokenizer.h"
+#include "interfaces/pgn.h"
 #include "interfaces/search_report.h"
 
 namespace ZephrinInterfaces {
@@ -58,6 +59,7 @@ class BasicProtocol {
   virtual void DisplayPersonality();
   virtual void DisplayHashTables(bool detailed);
   virtual void BoardChanged(const Game& game) = 0;
+  virtual void ShowPgnTags(const PgnTags& tags) = 0;
   virtual void TellUser(const std::string& text) = 0;
   // The engine's name with personality and id, in double quotation marks.
   virtual std::string FullName() const;

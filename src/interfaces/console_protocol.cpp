@@ -4,7 +4,7 @@
 
 #include "frame/tee_stream.h"
 #include "interfaces/game.h"
-#include "interfaces/game_result_text.h"
+#include "interfaces/game_files.h"
 
 namespace ZephrinInterfaces {
 
@@ -87,6 +87,11 @@ void ConsoleProtocol::OfferDraw() { WriteLine("Zephrin offers draw. (Note: type 
 
 void ConsoleProtocol::BoardChanged(const Game& game) {
   game.DisplayPosition(false);
+  Out.Flush();
+}
+
+void ConsoleProtocol::ShowPgnTags(const PgnTags& tags) {
+  Out << PgnTagsText(tags);
   Out.Flush();
 }
 

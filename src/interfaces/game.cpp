@@ -2,7 +2,10 @@
 
 #include "frame/checked_assert.h"
 #include "frame/control_exceptions.h"
+#include "frame/tee_stream.h"
 #include "frame/version.h"
+#include "interfaces/command.h"
+#include "interfaces/move_text.h"
 
 namespace ZephrinInterfaces {
 
@@ -47,13 +50,29 @@ void Game::ReplaceProtocol(std::unique_ptr<BasicProtocol> new_protocol) {
   protocol_ = std::move(new_protocol);
 }
 
-// The game record with its moves arrives later; until then the game stays at the start position,
-// which no command can change yet.
-Color Game::SideToMove() const { return WHITE; }
-int Game::FullMoveNumber() const { return 1; }
-void Game::DisplayPosition(bool) const {
-  CHECKED_ASSERT(false, "game", "The board can't be displayed before the game record exists");
+std::string Game::PlayGameMove(Move move) {
+  const std::string text = MoveToText(Current(), move);
+  clock.SwitchSides();
+  PlayMove(move);
+  hint = HINT_NONE;
+  return text;
 }
+
+void Game::PlayEngineMove(Move move) { Protocol().ShowEngineMove(PlayGameMove(move)); }
+
+void Game::PlayOpponentMove(Move move) { Out.WriteLogOnly("Opponent played: " + PlayGameMove(move)); }
+
+// Searches arrive with the search driver; until then a request is refused in plain words.
+void Game::RequestSearch(SearchKind) { throw ErrorCommand(ErrorCommand::ERROR, "not available yet", "search"); }
+
+void Game::StartPondering() {
+  if (hint == HINT_NO_MOVE_KNOWN || hint == HINT_REQUESTED) return;
+  RequestSearch(hint == HINT_NONE ? SearchKind::puzzle : SearchKind::pondering);
+}
+
+void Game::PonderHit() { search_state = SEARCH_STATE_THINKING; }
+
+void Game::DisplayPosition(bool verbose) const { Current().Display(verbose); }
 
 // No search exists before the search driver is built, so there is never one to report.
 const SearchReport* Game::RunningSearchReport() const { return nullptr; }

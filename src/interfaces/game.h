@@ -1,5 +1,6 @@
-// The game as the running program holds it: the protocol in force, who plays which side, the
-// game mode and the state of the search. Commands execute against this object.
+// The game as the running program holds it: the game record, and what belongs to the running
+// program: the protocol in force, the clocks, who plays which side, the game mode and the state of
+// the search. Commands execute against this object.
 #pragma once
 
 #include <cstdint>
@@ -9,6 +10,8 @@
 
 #include "board/types.h"
 #include "interfaces/basic_protocol.h"
+#include "interfaces/game_clock.h"
+#include "interfaces/user_board.h"
 
 namespace ZephrinInterfaces {
 
@@ -27,6 +30,9 @@ constexpr int SEARCH_STATE_HINT = 4;
 constexpr Move HINT_NONE = 0;
 constexpr Move HINT_NO_MOVE_KNOWN = 1;
 constexpr Move HINT_REQUESTED = 2;
+
+// What a search is asked to do.
+enum class SearchKind { normal, analyze, pondering, puzzle };
 
 struct Player {
   std::string name;
@@ -60,7 +66,7 @@ struct DrawResignTracker {
 struct not_exactly_one_player_is_played_by_engine {};
 struct no_match_engine_vs_standard_opponent {};
 
-class Game {
+class Game : public UserBoard {
  public:
   explicit Game(std::unique_ptr<BasicProtocol> initial_protocol);
   Game(const Game&) = delete;
@@ -70,11 +76,27 @@ class Game {
   // The new protocol takes over from the old one, which is deleted; the caller activates it.
   void ReplaceProtocol(std::unique_ptr<BasicProtocol> new_protocol);
 
-  // The side to move and the full move number of the current position.
-  Color SideToMove() const;
-  int FullMoveNumber() const;
   // Prints the current position through Out.
   void DisplayPosition(bool verbose) const;
+
+  // Replaces the game record as a whole: a new position or a game read from a file.
+  void ReplaceGame(const UserBoard& game) { static_cast<UserBoard&>(*this) = game; }
+
+  // Plays a move of the current position: its text in SAN, which is returned, the clocks switch
+  // sides, and the hint is forgotten.
+  std::string PlayGameMove(Move move);
+  // The same, and the move goes to the front end.
+  void PlayEngineMove(Move move);
+  // The same, and the move goes to the log.
+  void PlayOpponentMove(Move move);
+
+  // Raises search_request_received_exception with a request of the kind for the current game.
+  [[noreturn]] void RequestSearch(SearchKind kind);
+  // Starts the search on the opponent's time: a hint search when no reply is known, else a ponder
+  // search on the position after the expected reply.
+  void StartPondering();
+  // The opponent played the move the ponder search expected: it goes on as a search for a move.
+  void PonderHit();
 
   // What `.` reports: the running search once its iterations have begun, else null.
   const SearchReport* RunningSearchReport() const;
@@ -102,6 +124,7 @@ class Game {
   static std::int32_t DefaultOpponentRating();
   static void SetDefaultRatings(std::int32_t engine, std::int32_t opponent);
 
+  GameClock clock;
   Player white;
   Player black;
   bool pondering = false;

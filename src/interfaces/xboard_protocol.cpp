@@ -6,7 +6,7 @@
 #include "frame/string_conversions.h"
 #include "frame/tee_stream.h"
 #include "interfaces/game.h"
-#include "interfaces/game_result_text.h"
+#include "interfaces/game_files.h"
 
 namespace ZephrinInterfaces {
 
@@ -50,6 +50,14 @@ void BasicXBoardProtocol::BoardChanged(const Game& game) {
     LogOnlySection log_only;
     game.DisplayPosition(false);
     Out << "(not sent to xboard)\n";
+  }
+  Out.Flush();
+}
+
+void BasicXBoardProtocol::ShowPgnTags(const PgnTags& tags) {
+  {
+    LogOnlySection log_only;
+    Out << PgnTagsText(tags) << "(not sent to xboard)\n";
   }
   Out.Flush();
 }

@@ -1,0 +1,183 @@
+#include "search/search.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "board/move_generator.h"
+#include "frame/string_conversions.h"
+#include "hash/hash.h"
+#include "interfaces/fen.h"
+
+namespace {
+
+// An exhaustive reference: can the side to move mate within `moves` moves, whatever the defence?
+bool MatesWithin(Board& board, int moves) {
+  if (moves <= 0) return false;
+  Move list[MAX_MOVES];
+  Move* end = GenerateMoves(list, board, GEN_ALL);
+  for (Move* m = list; m < end; ++m) {
+    board.MakeMove(*m);
+    Move replies[MAX_MOVES];
+    Move* replies_end = GenerateMoves(replies, board, GEN_ALL);
+    bool mated = replies_end == replies && board.InCheck();
+    bool forced = replies_end != replies && moves > 1;
+    for (Move* r = replies; forced && r < replies_end; ++r) {
+      board.MakeMove(*r);
+      forced = MatesWithin(board, moves - 1);
+      board.UnmakeMove(*r);
+    }
+    board.UnmakeMove(*m);
+    if (mated || forced) return true;
+  }
+  return false;
+}
+
+class SearchTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    TranspositionTable.Resize(1 << 22);
+    EvaluationHashTable.Clear();
+    search.SetDrawScore(0);
+    search.search_finished = [this](MainLoop*, bool stopped) {
+      ++finished_calls;
+      stopped_by_command = stopped;
+    };
+  }
+
+  void Run(const std::string& fen, int max_depth, const std::vector<std::string>& moves = {}) {
+    SearchRequest request;
+    request.type = SEARCH_NORMAL;
+    request.max_depth = max_depth;
+    request.game.SetFromFen(fen);
+    for (const std::string& text : moves) request.game.PlayMove(FindMove(request.game.Current(), text));
+    search.RunSearch(request, nullptr);
+  }
+
+  static Move FindMove(const Board& board, const std::string& coordinates) {
+    std::vector<Move> legal;
+    GenerateLegalMoves(board, legal);
+    for (Move m : legal) {
+      if (SquareText(MoveFrom(m)) + SquareText(MoveTo(m)) == coordinates.substr(0, 4)) return m;
+    }
+    ADD_FAILURE() << "no move " << coordinates;
+    return 0;
+  }
+
+  std::string BestMoveText() const {
+    return SquareText(MoveFrom(search.best_move)) + SquareText(MoveTo(search.best_move));
+  }
+
+  Search search;
+  int finished_calls = 0;
+  bool stopped_by_command = true;
+};
+
+struct MateCase {
+  const char* fen;
+  int moves;
+};
+
+TEST_F(SearchTest, FindsMatesWithExactScores) {
+  const MateCase cases[] = {
+      {"6k1/5ppp/8/8/8/8/8/R5K1 w - - 0 1", 1},
+      {"7k/8/8/8/8/8/8/RR4K1 w - - 0 1", 2},
+      {"8/k7/8/2K5/8/8/8/7R w - - 0 1", 3},
+      {"k7/8/1K6/8/8/8/8/7R b - - 0 1", -1},  // black to move is mated next move
+  };
+  for (const MateCase& c : cases) {
+    Board board;
+    ZephrinInterfaces::ReadFen(c.fen, board);
+    int moves = c.moves < 0 ? -c.moves : c.moves;
+    if (c.moves > 0) {
+      ASSERT_TRUE(MatesWithin(board, c.moves)) << c.fen;
+      ASSERT_FALSE(MatesWithin(board, c.moves - 1)) << c.fen;
+    }
+    Run(c.fen, 2 * moves + 2);
+    int expected = c.moves > 0 ? 32767 - (2 * moves - 1) : -(32767 - 2 * moves);
+    EXPECT_EQ(search.score, expected) << c.fen;
+    EXPECT_EQ(finished_calls, 1);
+    EXPECT_FALSE(stopped_by_command);
+    finished_calls = 0;
+  }
+}
+
+TEST_F(SearchTest, StalemateIsSoughtOrAvoidedByTheDrawScore) {
+  // Black's king has no move: a white king move stalemates, a queen move plays on to win.
+  const char* fen = "k7/8/1Q6/8/8/8/8/6K1 w - - 0 1";
+  Run(fen, 3);
+  EXPECT_GT(search.score, 500);
+  Board after;
+  ZephrinInterfaces::ReadFen(fen, after);
+  after.MakeMove(search.best_move);
+  std::vector<Move> replies;
+  GenerateLegalMoves(after, replies);
+  EXPECT_TRUE(!replies.empty() || after.InCheck());
+
+  search.SetDrawScore(3000);  // a draw is worth more than the queen now
+  Run(fen, 3);
+  EXPECT_EQ(search.score, 3000);
+}
+
+TEST_F(SearchTest, RepetitionIsSoughtOrAvoidedByTheDrawScore) {
+  const char* start = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+  const std::vector<std::string> moves = {"g1f3", "g8f6", "f3g1", "f6g8", "g1f3", "g8f6"};
+  search.SetDrawScore(300);
+  Run(start, 3, moves);
+  EXPECT_EQ(BestMoveText(), "f3g1");  // the position after it was there before
+  EXPECT_EQ(search.score, 300);
+
+  search.SetDrawScore(-300);
+  Run(start, 3, moves);
+  EXPECT_NE(BestMoveText(), "f3g1");
+  EXPECT_GT(search.score, -300);
+}
+
+TEST_F(SearchTest, MaxDepthOneRunsOnlyTheFirstIteration) {
+  Run("r1bqkbnr/pppp1ppp/2n5/4p3/4P3/5N2/PPPP1PPP/RNBQKB1R w KQkq - 2 3", 1);
+  EXPECT_EQ(search.depth, 1);
+  EXPECT_EQ(search.iteration, 2);  // the loop has ended after iteration 1
+  EXPECT_EQ(search.moves_left, 0);
+  EXPECT_EQ(search.move_count, 27);
+  EXPECT_NE(search.best_move, 0u);
+  ASSERT_FALSE(search.pv.empty());
+  EXPECT_EQ(search.pv[0].move, search.best_move);
+  EXPECT_EQ(finished_calls, 1);
+}
+
+TEST_F(SearchTest, PrincipalVariationIsLegalAndStartsWithTheBestMove) {
+  Run("r2q1rk1/pp2bppp/2n1pn2/3p4/3P4/2NBPN2/PP3PPP/R2Q1RK1 w - - 0 10", 4);
+  ASSERT_GE(search.pv.size(), 2u);
+  EXPECT_EQ(search.pv[0].move, search.best_move);
+  UserBoard game;
+  game.SetFromFen("r2q1rk1/pp2bppp/2n1pn2/3p4/3P4/2NBPN2/PP3PPP/R2Q1RK1 w - - 0 10");
+  for (const PvMove& move : search.pv) {
+    EXPECT_FALSE(move.text.empty());
+    EXPECT_NO_THROW(game.PlayMove(move.move));
+  }
+  EXPECT_GT(search.nodes, 100u);
+}
+
+TEST_F(SearchTest, FinishedGameEndsAtOnceAsStoppedByCommand) {
+  Run("7k/6Q1/6K1/8/8/8/8/8 b - - 0 1", 5);  // black is mated
+  EXPECT_EQ(finished_calls, 1);
+  EXPECT_TRUE(stopped_by_command);
+  EXPECT_TRUE(search.no_moves);
+  EXPECT_EQ(search.best_move, 0u);
+}
+
+TEST(BisectionSettled, StopsWithinTwentyUnlessDrawOrMateIsInside) {
+  int value = 0;
+  EXPECT_TRUE(BisectionSettled(30, 45, 0, value));
+  EXPECT_EQ(value, 37);
+  EXPECT_FALSE(BisectionSettled(-5, 10, 0, value));   // the draw score lies inside
+  EXPECT_FALSE(BisectionSettled(30, 51, 0, value));   // too wide
+  EXPECT_TRUE(BisectionSettled(-45, -30, 0, value));
+  EXPECT_EQ(value, -37);
+  EXPECT_FALSE(BisectionSettled(31760, 31770, 0, value));  // mates are found exactly
+  EXPECT_TRUE(BisectionSettled(40, 40, 0, value));
+  EXPECT_EQ(value, 40);
+}
+
+}  // namespace
