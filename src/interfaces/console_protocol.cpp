@@ -6,7 +6,7 @@
 #include "interfaces/edit_board.h"
 #include "interfaces/game.h"
 #include "interfaces/game_files.h"
-#include "interfaces/game_board.h"
+#include "interfaces/game_result_text.h"
 
 namespace ZephrinInterfaces {
 
