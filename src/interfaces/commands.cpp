@@ -1,9 +1,11 @@
 #include "interfaces/commands.h"
 
 #include <algorithm>
-
 #include <cctype>
 
+#include "evaluation/evaluation.h"
+#include "evaluation/evaluation_settings.h"
+#include "frame/checked_assert.h"
 #include "frame/control_exceptions.h"
 #include "frame/input.h"
 #include "frame/tee_stream.h"
@@ -14,6 +16,7 @@
 #include "interfaces/game.h"
 #include "interfaces/game_files.h"
 #include "interfaces/move_text.h"
+#include "interfaces/time_control.h"
 #include "interfaces/xboard_protocol.h"
 
 namespace ZephrinInterfaces {
@@ -31,65 +34,6 @@ namespace {
 
 [[noreturn]] void Refuse(const Command& command, const std::string& reason) {
   throw ErrorCommand(ErrorCommand::ERROR, reason, command.input);
-}
-
-// Force mode, or analyze mode, where the position may change under a running analysis.
-void RequireForceOrAnalyzeMode(const Command& command, const Game& game) {
-  if (game.game_mode != GAME_MODE_FORCE && game.game_mode != GAME_MODE_ANALYZE) {
-    Refuse(command, "must be in force mode");
-  }
-}
-
-void RequireOpenGame(const Command& command, const Game& game) {
-  if (game.IsFinished()) Refuse(command, "game over");
-}
-
-// The reason of a result given by `result`, from the comment in braces behind it.
-int ResultReason(int result, const std::string& line) {
-  if (result == RESULT_UNFINISHED) return REASON_ABORTED;
-  const std::size_t open = line.find('{');
-  const std::size_t close = open == std::string::npos ? open : line.find('}', open + 1);
-  if (close == std::string::npos || close - open >= 512) return REASON_UNKNOWN;
-  std::string comment = line.substr(open + 1, close - open - 1);
-  for (char& c : comment) c = char(std::tolower(static_cast<unsigned char>(c)));
-  const auto says = [&comment](const char* word) { return comment.find(word) != std::string::npos; };
-  if (result == RESULT_DRAW && (says("agree") || says("mutal"))) return REASON_AGREEMENT;
-  if (says("time")) return REASON_TIME;
-  if (says("resign")) return REASON_RESIGNATION;
-  return REASON_UNKNOWN;
-}
-
-int ResultCode(const std::string& text) {
-  if (text == "1-0") return RESULT_WHITE_WINS;
-  if (text == "0-1") return RESULT_BLACK_WINS;
-  if (text == "1/2-1/2") return RESULT_DRAW;
-  return RESULT_UNFINISHED;
-}
-
-// The game ends by its own rules after a move: the result goes out, the clock stops, and the
-// engine plays no side; a front end may go on analysing the finished game.
-void MoveEndedGame(Game& game, bool& done) {
-  game.AbortSearch(true);
-  game.Protocol().ShowGameResult(game.Current().result, game.Current().reason, game.game_mode);
-  game.clock.Stop();
-  if (game.game_mode == GAME_MODE_ANALYZE && game.Protocol().AnalyzesFinishedGames()) {
-    done = true;
-    game.RequestSearch(SEARCH_ANALYZE);
-  }
-  game.ReleaseBothSides();
-  done = true;
-}
-
-// The position of a game that an illegal set-up leaves behind under a front end: two bare kings.
-UserBoard BareKings(Color side_to_move) {
-  Piece squares[64] = {};
-  squares[4] = MakePiece(WHITE, KING);
-  squares[60] = MakePiece(BLACK, KING);
-  Board position;
-  position.SetPosition(squares, side_to_move, 0, 0);
-  UserBoard board;
-  board.SetPosition(position);
-  return board;
 }
 
 }  // namespace
@@ -124,16 +68,20 @@ void Command_New::Execute(Game& game) {
   if (game.game_mode == GAME_MODE_ANALYZE) {
     game.InstallPlayers(Game::EngineRecord(false), Game::OpponentRecord(), true);
     done = true;
-    game.RequestSearch(SEARCH_ANALYZE);
+    game.RequestSearch(SearchKind::analyze);
   }
-  game.InstallPlayers(Game::OpponentRecord(), Game::EngineRecord(true), false);
+  game.white = Game::OpponentRecord();
+  game.black = Game::EngineRecord(true);
+  game.game_mode = GAME_MODE_PLAY;
   done = true;
 }
 
 void Command_Force::Execute(Game& game) {
   game.AbortSearch(true);
   game.clock.Stop();
-  game.ReleaseBothSides();
+  game.white.engine_plays = false;
+  game.black.engine_plays = false;
+  game.game_mode = GAME_MODE_FORCE;
   done = true;
 }
 
@@ -146,11 +94,11 @@ void Command_Go::Execute(Game& game) {
   game.clock.Start();
   game.tracker.Reset();
   done = true;
-  game.RequestSearch(SEARCH_NORMAL);
+  game.RequestSearch(SearchKind::normal);
 }
 
 void Command_Playother::Execute(Game& game) {
-  RequireOpenGame(*this, game);
+  if (game.IsFinished()) Refuse(*this, "game over");
   game.AbortSearch(true);
   game.InstallPlayers(Game::OpponentRecord(), Game::EngineRecord(true), false);
   game.clock.Start();
@@ -159,9 +107,9 @@ void Command_Playother::Execute(Game& game) {
   if (game.pondering) game.StartPondering();
 }
 
-// `white` means White to move, with the engine playing Black.
+// `white` means White to move with the engine playing Black, and the clocks stopped.
 void Command_SetSide::Execute(Game& game) {
-  const bool change = game.SideToMove() != side;
+  const bool change = side != game.SideToMove();
   UserBoard changed;
   if (change) {
     try {
@@ -172,11 +120,11 @@ void Command_SetSide::Execute(Game& game) {
   }
   game.AbortSearch(true);
   if (change) {
-    game.SetBoard(changed);
+    game.ReplaceGame(changed);
     game.hint = HINT_NONE;
   }
   game.clock.Stop();
-  game.FollowSideToMove();
+  game.clock.active = side;
   game.InstallPlayers(Game::OpponentRecord(), Game::EngineRecord(true), false);
   done = true;
 }
@@ -189,9 +137,11 @@ void Command_Analyze::Execute(Game& game) {
   }
   game.AbortSearch(true);
   game.clock.Stop();
-  game.InstallPlayers(Game::EngineRecord(false), Game::OpponentRecord(), true);
+  game.white.engine_plays = false;
+  game.black.engine_plays = false;
+  game.game_mode = GAME_MODE_ANALYZE;
   done = true;
-  game.RequestSearch(SEARCH_ANALYZE);
+  game.RequestSearch(SearchKind::analyze);
 }
 
 // The check runs once: after the abort the command runs again with no search going.
@@ -215,22 +165,34 @@ void Command_MoveNow::Execute(Game& game) {
   }
 }
 
-// The move is played once; if a search was running, the command runs again after its abort.
+// A running search works on its own copy of the game, so the move is played at once; a search
+// that didn't expect it is aborted and the command runs again without playing it twice.
 void Command_Move::Execute(Game& game) {
   if (!validated) {
-    if (ParseMove(game.Current(), move_text, move) != PARSE_OK) throw ErrorCommand(ErrorCommand::ILLEGAL_MOVE, "", input);
+    if (ParseMove(game.Current(), move_text, move) != PARSE_OK) {
+      throw ErrorCommand(ErrorCommand::ILLEGAL_MOVE, "", input);
+    }
     if (game.search_state == SEARCH_STATE_THINKING) Refuse(*this, "it is not your turn now");
-    pondered = game.hint;
+    expected = game.hint;
     game.PlayOpponentMove(move);
     game.Protocol().BoardChanged(game);
     if (game.game_mode == GAME_MODE_PLAY) game.clock.Start();
     validated = true;
   }
   if (game.IsFinished()) {
-    MoveEndedGame(game, done);
+    game.AbortSearch(true);
+    game.Protocol().ShowGameResult(game.Current().result, game.Current().reason, game.game_mode);
+    game.clock.Stop();
+    done = true;
+    if (game.game_mode == GAME_MODE_ANALYZE && game.Protocol().AnalyzesFinishedGames()) {
+      game.RequestSearch(SearchKind::analyze);
+    }
+    game.white.engine_plays = false;
+    game.black.engine_plays = false;
+    game.game_mode = GAME_MODE_FORCE;
     return;
   }
-  if (game.search_state == SEARCH_STATE_PONDERING && (move & MOVE_MASK) == (pondered & MOVE_MASK)) {
+  if (game.search_state == SEARCH_STATE_PONDERING && move == expected) {
     game.PonderHit();
     game.Protocol().ShowPredictedMove(move_text);
     done = true;
@@ -238,14 +200,22 @@ void Command_Move::Execute(Game& game) {
   }
   game.AbortSearch(true);
   done = true;
-  if (game.game_mode == GAME_MODE_PLAY) game.RequestSearch(SEARCH_NORMAL);
-  if (game.game_mode == GAME_MODE_ANALYZE) game.RequestSearch(SEARCH_ANALYZE);
+  if (game.game_mode == GAME_MODE_PLAY) game.RequestSearch(SearchKind::normal);
+  if (game.game_mode == GAME_MODE_ANALYZE) game.RequestSearch(SearchKind::analyze);
 }
+
+namespace {
+
+bool InForceOrAnalyzeMode(const Game& game) {
+  return game.game_mode == GAME_MODE_FORCE || game.game_mode == GAME_MODE_ANALYZE;
+}
+
+}  // namespace
 
 void Command_Undo::Execute(Game& game) {
   if (game.Moves().empty()) Refuse(*this, "no move to undo");
   if (count <= 0) Refuse(*this, "argument out of bounds");
-  RequireForceOrAnalyzeMode(*this, game);
+  if (!InForceOrAnalyzeMode(game)) Refuse(*this, "must be in force mode");
   game.AbortSearch(true);
   if (count == ALL_MOVES) {
     game.UndoAll();
@@ -259,17 +229,35 @@ void Command_Undo::Execute(Game& game) {
       game.UndoMove();
     }
   }
-  game.FollowSideToMove();
+  game.clock.active = game.SideToMove();  // the active clock is the side to move's
   game.hint = HINT_NONE;
   game.Protocol().BoardChanged(game);
   done = true;
-  if (game.game_mode == GAME_MODE_ANALYZE) game.RequestSearch(SEARCH_ANALYZE);
+  if (game.game_mode == GAME_MODE_ANALYZE) game.RequestSearch(SearchKind::analyze);
+}
+
+// Two moves back: legal when the engine isn't to move.
+void Command_Remove::Execute(Game& game) {
+  if (!validated) {
+    const bool engine_to_move = game.PlayerOf(game.SideToMove()).engine_plays;
+    if (game.game_mode != GAME_MODE_FORCE && (game.game_mode != GAME_MODE_PLAY || engine_to_move)) {
+      Refuse(*this, "command not legal now");
+    }
+    if (game.Moves().size() < 2) Refuse(*this, "no moves to remove");
+    game.UndoTwoMoves();
+    game.hint = HINT_NONE;
+    game.Protocol().BoardChanged(game);
+    validated = true;
+  }
+  game.AbortSearch(true);
+  done = true;
+  if (game.game_mode == GAME_MODE_PLAY && game.pondering) game.StartPondering();
 }
 
 void Command_Next::Execute(Game& game) {
   if (game.NextMoves().empty()) Refuse(*this, "next move buffer is empty");
   if (count <= 0) Refuse(*this, "argument out of bounds");
-  RequireForceOrAnalyzeMode(*this, game);
+  if (!InForceOrAnalyzeMode(game)) Refuse(*this, "must be in force mode");
   game.AbortSearch(true);
   if (count == ALL_MOVES) {
     game.PlayAllNext();
@@ -282,117 +270,128 @@ void Command_Next::Execute(Game& game) {
       game.PlayNext();
     }
   }
-  game.FollowSideToMove();
+  game.clock.active = game.SideToMove();
   game.Protocol().BoardChanged(game);
+  if (game.game_mode == GAME_MODE_ANALYZE) {
+    if (!game.IsFinished()) {
+      done = true;
+      game.RequestSearch(SearchKind::analyze);
+    }
+    game.clock.Stop();
+    game.white.engine_plays = false;
+    game.black.engine_plays = false;
+    game.game_mode = GAME_MODE_FORCE;
+  }
   done = true;
-  if (game.game_mode != GAME_MODE_ANALYZE) return;
-  if (!game.IsFinished()) game.RequestSearch(SEARCH_ANALYZE);
-  game.clock.Stop();
-  game.ReleaseBothSides();
 }
 
-// Takes back a move of each side, so that the opponent can play another one.
-void Command_Remove::Execute(Game& game) {
-  if (!validated) {
-    const bool engine_to_move = game.PlayerOf(game.SideToMove()).engine_plays;
-    if (game.game_mode != GAME_MODE_FORCE && !(game.game_mode == GAME_MODE_PLAY && !engine_to_move)) {
-      Refuse(*this, "command not legal now");
-    }
-    if (game.Moves().size() < 2) Refuse(*this, "no moves to remove");
-    game.UndoTwoMoves();
-    game.FollowSideToMove();
-    game.hint = HINT_NONE;
-    game.Protocol().BoardChanged(game);
-    validated = true;
-  }
-  game.AbortSearch(true);
-  done = true;
-  if (game.game_mode == GAME_MODE_PLAY && game.pondering) game.StartPondering();
+namespace {
+
+// The reason of a result, from the comment in braces of the raw line.
+int ResultReason(const std::string& result, const std::string& line) {
+  if (result == "*") return REASON_ABORTED;
+  const std::size_t open = line.find('{');
+  if (open == std::string::npos) return REASON_UNKNOWN;
+  const std::size_t close = line.find('}', open + 1);
+  if (close == std::string::npos || close - open >= 512) return REASON_UNKNOWN;
+  std::string comment = line.substr(open + 1, close - open - 1);
+  for (char& c : comment) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  const auto has = [&comment](const char* word) { return comment.find(word) != std::string::npos; };
+  if (result == "1/2-1/2" && (has("agree") || has("mutal"))) return REASON_AGREEMENT;
+  if (has("time")) return REASON_TIME;
+  if (has("resign")) return REASON_RESIGNATION;
+  return REASON_UNKNOWN;
 }
+
+int ResultCode(const std::string& result) {
+  if (result == "1-0") return RESULT_WHITE_WINS;
+  if (result == "0-1") return RESULT_BLACK_WINS;
+  if (result == "1/2-1/2") return RESULT_DRAW;
+  return RESULT_UNFINISHED;
+}
+
+}  // namespace
 
 void Command_Result::Execute(Game& game) {
   game.AbortSearch(true);
   game.clock.Stop();
-  game.ReleaseBothSides();
-  done = true;
+  game.game_mode = GAME_MODE_FORCE;
+  game.white.engine_plays = false;
+  game.black.engine_plays = false;
   if (game.IsFinished()) {
     game.Protocol().ShowCommandIgnored("game over");
-    return;
+  } else {
+    game.SetResult(ResultCode(result), ResultReason(result, input));
   }
-  const int code = ResultCode(result);
-  game.SetResult(code, ResultReason(code, input));
+  done = true;
 }
 
-// The engine answers the offer after its next search.
 void Command_Draw::Execute(Game& game) {
-  RequireOpenGame(*this, game);
+  if (game.IsFinished()) Refuse(*this, "game over");
   if (game.game_mode != GAME_MODE_PLAY) Refuse(*this, "command not legal now");
   game.Protocol().ConsiderDraw(game.tracker.opponent_is_computer);
   game.tracker.draw_offered = true;
   done = true;
 }
 
-// Needs the answer of a search, which the search driver gives.
-void Command_Hint::Execute(Game&) { RaiseNotAvailableYet(*this); }
+// A hint comes from the reply that the last search expected, or from a short search of its own,
+// after which this command runs again to show it.
+void Command_Hint::Execute(Game& game) {
+  if (game.hint == HINT_NONE && game.search_state != SEARCH_STATE_IDLE) Refuse(*this, "command not legal now");
+  CHECKED_ASSERT(game.hint != HINT_REQUESTED, "commands", "Unfinished hint request detected!");
+  if (game.hint == HINT_NONE) {
+    game.hint = HINT_REQUESTED;
+    game.RequestSearch(SearchKind::puzzle);
+  }
+  game.Protocol().ShowHint(game.hint == HINT_NO_MOVE_KNOWN ? "" : MoveToText(game.Current(), game.hint));
+  done = true;
+}
 
 void Command_SetupBoardCommands::Execute(Game& game) {
-  if (!validated) {
-    RequireForceOrAnalyzeMode(*this, game);
+  if (outcome < 0) {
+    if (!InForceOrAnalyzeMode(game)) Refuse(*this, "must be in force mode");
     outcome = PrepareBoard(game, board);
-    validated = true;
   }
-  switch (outcome) {
-    case SETUP_ACCEPTED:
-      InstallBoard(game);
-      break;
-    case SETUP_INVALID:
-      RefuseBoard(game);
-      break;
-    default:
-      game.Protocol().ShowEditAborted();
-      done = true;
-  }
-}
-
-void Command_SetupBoardCommands::InstallBoard(Game& game) {
-  game.AbortSearch(true);
-  game.SetBoard(board);
-  game.hint = HINT_NONE;
-  game.tracker.Reset();
-  game.Protocol().BoardChanged(game);
-  game.clock.Reset(game.SideToMove());
-  done = true;
-  if (game.game_mode == GAME_MODE_ANALYZE) game.RequestSearch(SEARCH_ANALYZE);
-}
-
-// A person is asked again; a front end is told, and the game is left with the two kings alone.
-void Command_SetupBoardCommands::RefuseBoard(Game& game) {
-  if (game.Protocol().IsInteractive()) {
+  if (outcome == CANCELLED) {
+    game.Protocol().ShowEditAborted();
+  } else if (outcome == INVALID && game.Protocol().IsInteractive()) {
     game.Protocol().ShowCommandIgnored("Illegal position");
+  } else if (outcome == INVALID) {
+    // A front end expects the position to change: it becomes the two kings alone.
+    game.AbortSearch(true);
+    game.Protocol().TellUser("Illegal position");
+    UserBoard kings;
+    kings.SetFromFen(game.SideToMove() == WHITE ? "4k3/8/8/8/8/8/8/4K3 w - - 0 1" : "4k3/8/8/8/8/8/8/4K3 b - - 0 1");
+    game.ReplaceGame(kings);
+    game.hint = HINT_NONE;
+  } else {
+    game.AbortSearch(true);
+    game.ReplaceGame(board);
+    game.hint = HINT_NONE;
+    game.tracker.Reset();
+    game.Protocol().BoardChanged(game);
+    game.clock.Reset(game.SideToMove());
     done = true;
-    return;
+    if (game.game_mode == GAME_MODE_ANALYZE) game.RequestSearch(SearchKind::analyze);
   }
-  game.AbortSearch(true);
-  game.Protocol().TellUser("Illegal position");
-  game.SetBoard(BareKings(game.SideToMove()));
-  game.hint = HINT_NONE;
-  game.Protocol().BoardChanged(game);
   done = true;
-  if (game.game_mode == GAME_MODE_ANALYZE) game.RequestSearch(SEARCH_ANALYZE);
 }
 
 int Command_Setboard::PrepareBoard(Game& game, UserBoard& prepared) {
   try {
     prepared.SetFromFen(fen);
+    return ACCEPTED;
   } catch (const UserBoard::io_error&) {
     game.Protocol().ShowCommandIgnored("input inconsistent with FEN standard");
-    return SETUP_INVALID;
   } catch (const UserBoard::invalid_position&) {
-    return SETUP_INVALID;
   }
-  return SETUP_ACCEPTED;
+  return INVALID;
 }
 
+static_assert(Command_SetupBoardCommands::ACCEPTED == SETUP_ACCEPTED && Command_SetupBoardCommands::INVALID == SETUP_INVALID &&
+              Command_SetupBoardCommands::CANCELLED == SETUP_CANCELLED);
+
+// Nothing else runs while the edit loop reads its own lines.
 int Command_Edit::PrepareBoard(Game& game, UserBoard& prepared) {
   return RunEditLoop(game.Protocol(), game.Current(), prepared, [] { return ::ReadLine(); });
 }
@@ -406,26 +405,22 @@ void Command_Quit::Execute(Game& game) {
 // --- Clock commands ---
 
 void Command_Level::Execute(Game& game) {
-  TimeControlList controls;
   try {
-    controls = LevelControls(moves, base_seconds, increment_seconds);
+    const TimeControlList controls = LevelControls(moves, base_seconds, increment_seconds);
+    game.clock.SetControls(controls, controls, game.SideToMove());
   } catch (const time_control_error& error) {
     Refuse(*this, error.what());
   }
-  game.clock.SetControls(controls, controls, game.SideToMove());
   done = true;
 }
 
 void Command_Tc::Execute(Game& game) {
-  if (!validated) {
-    try {
-      controls = ParseTimeControlText(text);
-    } catch (const time_control_error& error) {
-      Refuse(*this, error.what());
-    }
-    validated = true;
+  try {
+    const TimeControlPair controls = ParseTimeControlText(text);
+    game.clock.SetControls(controls.white, controls.black, game.SideToMove());
+  } catch (const time_control_error& error) {
+    Refuse(*this, error.what());
   }
-  game.clock.SetControls(controls.white, controls.black, game.SideToMove());
   done = true;
 }
 
@@ -442,7 +437,7 @@ void Command_sd::Execute(Game& game) {
 
 namespace {
 
-// The clock of the engine, or of the side to move when the engine isn't exactly one side.
+// The clock of the engine, or of the side to move when the engine doesn't play exactly one side.
 Color EngineClockColor(const Game& game) {
   try {
     return game.EngineColor();
@@ -451,8 +446,8 @@ Color EngineClockColor(const Game& game) {
   }
 }
 
-// `time` and `otim` set a clock, leave a running stopwatch alone, and log the state.
-void SetClock(Game& game, Color color, std::int32_t centiseconds) {
+// Sets a clock's time from centiseconds; a running stopwatch and a running search are left alone.
+void SetClockTime(Game& game, Color color, std::int32_t centiseconds) {
   game.clock.clocks[color].ms_left = std::int64_t{centiseconds} * 10;
   Out.WriteLogOnly(ClockStateText(game.clock, game.white.engine_plays, game.black.engine_plays));
 }
@@ -460,12 +455,12 @@ void SetClock(Game& game, Color color, std::int32_t centiseconds) {
 }  // namespace
 
 void Command_Time::Execute(Game& game) {
-  SetClock(game, EngineClockColor(game), centiseconds);
+  SetClockTime(game, EngineClockColor(game), centiseconds);
   done = true;
 }
 
 void Command_Otim::Execute(Game& game) {
-  SetClock(game, EngineClockColor(game) ^ 1, centiseconds);
+  SetClockTime(game, EngineClockColor(game) ^ 1, centiseconds);
   done = true;
 }
 
@@ -490,7 +485,12 @@ void Command_InitTablebases::Execute(Game& game) {
 
 void Command_Contempt::Execute(Game& game) {
   RequireForceMode(*this, game);
-  RaiseNotAvailableYet(*this);
+  const std::int32_t limited = std::clamp(value, -32767, 32767);
+  if (limited != game.tracker.contempt) {
+    game.search.SetDrawScore(limited);
+    game.tracker.SetContempt(limited);
+  }
+  done = true;
 }
 
 void Command_DisplayPersonality::Execute(Game& game) {
@@ -501,7 +501,13 @@ void Command_DisplayPersonality::Execute(Game& game) {
 void Command_SetPersonality::Execute(Game& game) {
   RequireForceMode(*this, game);
   const std::int32_t limited = std::clamp(value, -1000, 1000);
-  if (limited != game.Protocol().personality) RaiseNotAvailableYet(*this);
+  if (limited != game.Protocol().personality) {
+    // Stored scores belong to the old mix; the pawn table keeps both halves unmixed.
+    EvalSettings.personality = static_cast<std::int16_t>(limited);
+    TranspositionTable.Clear();
+    EvaluationHashTable.Clear();
+    game.Protocol().personality = static_cast<std::int16_t>(limited);
+  }
   done = true;
 }
 
@@ -573,7 +579,11 @@ void Command_Display::Execute(Game& game) {
   game.Protocol().DisplayBoard(game, true);
   done = true;
 }
-void Command_Eval::Execute(Game&) { RaiseNotAvailableYet(*this); }
+void Command_Eval::Execute(Game& game) {
+  Out << EvaluationCommandText(game.Current(), game.Protocol().personality);
+  Out.Flush();
+  done = true;
+}
 void Command_Help::Execute(Game& game) {
   game.Protocol().PrintHelp();
   done = true;
@@ -595,11 +605,10 @@ void Command_OptimizePiece::Execute(Game&) { RaiseNotAvailableYet(*this); }
 
 // --- File commands ---
 
-// The files are read into a fresh game record, so that a failure leaves the game as it was.
 void Command_ReadFEN::Execute(Game& game) {
   RequireForceMode(*this, game);
   try {
-    game.SetBoard(LoadFen(file));
+    game.ReplaceGame(LoadFen(file));
   } catch (const game_file_error& error) {
     Refuse(*this, error.Text());
   }
@@ -612,7 +621,7 @@ void Command_ReadPGN::Execute(Game& game) {
   RequireForceMode(*this, game);
   PgnTags tags;
   try {
-    game.SetBoard(LoadPgn(file, tags));
+    game.ReplaceGame(LoadPgn(file, tags));
   } catch (const game_file_error& error) {
     Refuse(*this, error.Text());
   }

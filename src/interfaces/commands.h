@@ -8,7 +8,6 @@
 
 #include "board/types.h"
 #include "interfaces/command.h"
-#include "interfaces/time_control.h"
 #include "interfaces/user_board.h"
 
 namespace ZephrinInterfaces {
@@ -131,8 +130,8 @@ class Command_Move : public Command {
   void Execute(Game& game) override;
   std::string move_text;
   Move move = MOVE_INVALID;
-  Move pondered = MOVE_INVALID;  // the hint before the move: the move a ponder search assumed
   bool validated = false;
+  Move expected = MOVE_INVALID;  // the move that a ponder search assumed when this one arrived
 };
 
 class Command_UsermoveNewStyle : public Command_Move {
@@ -159,7 +158,7 @@ class Command_Remove : public Command {
  public:
   using Command::Command;
   void Execute(Game& game) override;
-  bool validated = false;  // the moves are taken back before a running search is aborted
+  bool validated = false;
 };
 
 class Command_Next : public Command {
@@ -189,36 +188,34 @@ class Command_Hint : public Command {
   void Execute(Game& game) override;
 };
 
-// `setboard` and `edit`: prepare a position, then install it.
+// `setboard` and `edit`: prepare a position once, then install it.
 class Command_SetupBoardCommands : public Command {
  public:
+  static constexpr int ACCEPTED = 0;
+  static constexpr int INVALID = 1;
+  static constexpr int CANCELLED = 2;
+
   using Command::Command;
   void Execute(Game& game) override;
-  // Fills `prepared`; returns SETUP_ACCEPTED, SETUP_INVALID or SETUP_CANCELLED.
-  virtual int PrepareBoard(Game& game, UserBoard& prepared) = 0;
+  // Fills `board` and returns ACCEPTED, INVALID or CANCELLED.
+  virtual int PrepareBoard(Game& game, UserBoard& board) = 0;
 
   UserBoard board;
-  int outcome = 0;
-  bool validated = false;
-
- private:
-  void InstallBoard(Game& game);
-  void RefuseBoard(Game& game);
+  int outcome = -1;  // not prepared yet
 };
 
 class Command_Setboard : public Command_SetupBoardCommands {
  public:
   Command_Setboard(std::string raw_input, std::string fen_text)
       : Command_SetupBoardCommands(std::move(raw_input)), fen(std::move(fen_text)) {}
-  int PrepareBoard(Game& game, UserBoard& prepared) override;
+  int PrepareBoard(Game& game, UserBoard& board) override;
   std::string fen;
 };
 
-// Runs the edit loop on the game's position.
 class Command_Edit : public Command_SetupBoardCommands {
  public:
   using Command_SetupBoardCommands::Command_SetupBoardCommands;
-  int PrepareBoard(Game& game, UserBoard& prepared) override;
+  int PrepareBoard(Game& game, UserBoard& board) override;
 };
 
 class Command_Quit : public Command {
@@ -250,8 +247,6 @@ class Command_Tc : public Command_SetTimeControl {
       : Command_SetTimeControl(std::move(raw_input)), text(std::move(control_text)) {}
   void Execute(Game& game) override;
   std::string text;
-  TimeControlPair controls;  // read from the text when the command first runs
-  bool validated = false;
 };
 
 class Command_st : public Command {

@@ -1,23 +1,35 @@
 #include "interfaces/draw_resign_tracker.h"
 
+#include <bit>
 #include <cstdlib>
 
-#include "board/bitboard.h"
+#include "board/board.h"
 
 namespace ZephrinInterfaces {
 
 namespace {
 
-constexpr std::int32_t MATED_BELOW = -31767;
-constexpr std::int32_t MATE_IN_ZERO = 32766;
-constexpr std::int32_t SCORE_BAND = 14;  // a score this close to the contempt neither rises nor falls
+constexpr int VERDICT_WINS = 0;
+constexpr int VERDICT_LOSES_SOON = 1;
 
-bool HasQueen(const Board& position) { return (position.sides[WHITE].queens | position.sides[BLACK].queens) != 0; }
+bool QueenOnBoard(const Board& position) { return (position.sides[WHITE].queens | position.sides[BLACK].queens) != 0; }
 
-// Counts a run: one more if the condition holds, else back to 0.
-void Count(std::int32_t& run, bool condition) { run = condition ? run + 1 : 0; }
+int Count(Bitboard set) { return std::popcount(set); }
+
+// Grows a run while the condition holds, and ends it otherwise.
+void Run(std::int32_t& counter, bool condition) { counter = condition ? counter + 1 : 0; }
 
 }  // namespace
+
+bool BelowResignThreshold(const Board& position, std::int32_t score, bool opponent_is_computer) {
+  int base = opponent_is_computer ? -440 : -250;
+  if (QueenOnBoard(position)) base -= 70;
+  const int pawns = Count(position.sides[WHITE].pawns | position.sides[BLACK].pawns);
+  const int others = Count(position.occupied) - pawns;
+  int threshold = base;
+  if (pawns <= 2 && others <= 8) threshold = base - (opponent_is_computer ? 600 : 200);
+  return score <= threshold;
+}
 
 void DrawResignTracker::Reset() {
   const bool computer = opponent_is_computer;
@@ -33,47 +45,34 @@ void DrawResignTracker::SetContempt(std::int32_t value) {
   Reset();
 }
 
-bool DrawResignTracker::ReachesResignThreshold(const Board& position, std::int32_t score) const {
-  std::int32_t base = opponent_is_computer ? -440 : -250;
-  if (HasQueen(position)) base -= 70;
-  const Bitboard pawns = position.sides[WHITE].pawns | position.sides[BLACK].pawns;
-  const int pawn_count = PopCount(pawns);
-  const int other_count = PopCount(position.occupied & ~pawns);
-  // In an ending with little material a big deficit may still be held.
-  if (pawn_count <= 2 && other_count <= 8) base -= opponent_is_computer ? 600 : 200;
-  return score <= base;
-}
-
+// The tablebases give no verdict while none are loaded.
 void DrawResignTracker::Update(const Board& position, std::int32_t score) {
   ++moves;
   ++moves_since_offer;
-  if (score < MATED_BELOW) {
-    mate_distance = (score + MATE_IN_ZERO) / 2 + 1;
+  if (score < -31767) {
+    mate_distance = (score + 32766) / 2 + 1;
     mate_seen = last_score > score;
   } else {
     mate_distance = -1;
     mate_seen = false;
   }
-  Count(falling, score < contempt - SCORE_BAND);
-  Count(rising, score > contempt + SCORE_BAND);
-  Count(same_score, score == contempt);
-  Count(near_zero, std::abs(score) <= (HasQueen(position) ? 17 : 25));
-  Count(below_threshold, ReachesResignThreshold(position, score));
-  // No tablebases are probed yet, so the verdict stays unknown.
-  tablebase_verdict = VERDICT_UNKNOWN;
+  Run(falling, score < contempt - 14);
+  Run(rising, score > contempt + 14);
+  Run(same_score, score == contempt);
+  Run(near_zero, std::abs(score) <= (QueenOnBoard(position) ? 17 : 25));
+  Run(below_threshold, BelowResignThreshold(position, score, opponent_is_computer));
   last_score = score;
 }
 
 bool DrawResignTracker::ShouldResign() const {
-  if (tablebase_verdict != VERDICT_UNKNOWN) return tablebase_verdict == VERDICT_LOSES_SOON;
+  if (tablebase_verdict != 4) return tablebase_verdict == VERDICT_LOSES_SOON;
   if (mate_seen && mate_distance <= (opponent_is_computer ? 10 : 4)) return true;
   if (!opponent_is_computer && mate_distance > 17) return false;
   return below_threshold >= (opponent_is_computer ? 5 : 6);
 }
 
 bool DrawResignTracker::ShouldAcceptDraw() const {
-  if (moves_since_offer == 0) return true;  // the engine offered one at its last move
-  if (below_threshold != 0 || same_score > 1 || falling > 5) return true;
+  if (moves_since_offer == 0 || below_threshold != 0 || same_score > 1 || falling > 5) return true;
   if (near_zero < 15) return false;
   return rising < 7;
 }

@@ -6,6 +6,7 @@
 #include "frame/control_exceptions.h"
 #include "frame/tee_stream.h"
 #include "frame/version.h"
+#include "interfaces/command.h"
 #include "interfaces/move_text.h"
 
 namespace ZephrinInterfaces {
@@ -24,22 +25,12 @@ PlayerDefaults& Defaults() {
   return defaults;
 }
 
-// A copy of the game record with one more move; false if the move can't be played there.
-bool WithMovePlayed(const UserBoard& board, Move move, UserBoard& copy) {
-  copy = board;
-  try {
-    copy.PlayMove(move);
-  } catch (const UserBoard::invalid_move&) {
-    return false;
-  }
-  return true;
-}
-
 }  // namespace
 
 Game::Game(std::unique_ptr<BasicProtocol> initial_protocol)
     : white(OpponentRecord()), black(EngineRecord(true)), protocol_(std::move(initial_protocol)) {
   CHECKED_ASSERT(protocol_ != nullptr, "game", "A game needs a protocol");
+  search.search_finished = [this](MainLoop*, bool stopped_by_command) { SearchFinished(stopped_by_command); };
 }
 
 void Game::ReplaceProtocol(std::unique_ptr<BasicProtocol> new_protocol) {
@@ -48,130 +39,140 @@ void Game::ReplaceProtocol(std::unique_ptr<BasicProtocol> new_protocol) {
   protocol_ = std::move(new_protocol);
 }
 
-void Game::DisplayPosition(bool verbose) const { Current().Display(verbose); }
-
-void Game::FollowSideToMove() { clock.active = SideToMove(); }
-
-// The search driver reports through its own object; until it is part of the game there is never
-// a running search to report on.
-const SearchReport* Game::RunningSearchReport() const { return nullptr; }
-
-void Game::AbortSearch(bool stopped_by_command) const {
-  if (search_state != SEARCH_STATE_IDLE) throw search_aborted_exception{stopped_by_command};
-}
-
-void Game::RequestSearch(int mode, const UserBoard& board) const {
-  auto request = std::make_shared<SearchRequest>();
-  request->type = mode;
-  request->game = board;
-  const auto limit_by_clock = [this, &request](const PlayerClock& player_clock) {
-    const SearchTimeLimits limits = TimeLimits(player_clock);
-    request->max_depth = sd_limit;
-    request->max_time_limit = limits.max_time_limit;
-    if (st_limit != 0) request->max_time_limit = std::min(request->max_time_limit, st_limit);
-    request->variable_time_limit = limits.variable_time_limit;
-  };
-  switch (mode) {
-    case SEARCH_NORMAL:
-      limit_by_clock(clock.clocks[clock.active]);
-      break;
-    case SEARCH_PONDERING:
-      // The opponent is to move, so the engine's clock is the one not active.
-      limit_by_clock(clock.clocks[clock.active ^ 1]);
-      break;
-    case SEARCH_PUZZLE:
-      request->max_time_limit = hint_time;
-      request->variable_time_limit = std::int32_t(hint_time * 0.75);
-      break;
-    default:  // analysis runs until a command ends it
-      break;
-  }
-  throw search_request_received_exception{std::move(request)};
-}
-
-void Game::StartPondering() const {
-  if (hint == HINT_NONE) RequestSearch(SEARCH_PUZZLE);
-  if (hint == HINT_NO_MOVE_KNOWN || hint == HINT_REQUESTED) return;
-  UserBoard predicted;
-  if (WithMovePlayed(*this, hint, predicted)) RequestSearch(SEARCH_PONDERING, predicted);
-}
-
-// The search object joins the game with the search driver; the state already says "thinking".
-void Game::PonderHit() { search_state = SEARCH_STATE_THINKING; }
-
 std::string Game::PlayGameMove(Move move) {
-  const std::string text = MoveToText(Current(), move, NOTATION_SAN);
-  PlayMove(move);
+  const std::string text = MoveToText(Current(), move);
   clock.SwitchSides();
+  PlayMove(move);
   hint = HINT_NONE;
   return text;
 }
 
-void Game::PlayEngineMove(Move move) { protocol_->ShowEngineMove(PlayGameMove(move)); }
+void Game::PlayEngineMove(Move move) { Protocol().ShowEngineMove(PlayGameMove(move)); }
 
-void Game::PlayOpponentMove(Move move) { Out.WriteLogOnly(PlayGameMove(move)); }
+void Game::PlayOpponentMove(Move move) { Out.WriteLogOnly("Opponent played: " + PlayGameMove(move)); }
 
-void Game::SearchFinished(bool stopped_by_command, const SearchOutcome& outcome) {
+void Game::RequestSearch(SearchKind kind) { RequestSearch(kind, *this); }
+
+// In a ponder search the opponent is to move, so the engine's clock is the other one.
+void Game::RequestSearch(SearchKind kind, const UserBoard& board) {
+  search_request_received_exception request;
+  SearchRequest& r = request.request;
+  r.game = board;
+  const auto from_clock = [&](const PlayerClock& player_clock) {
+    const SearchTimeLimits limits = TimeLimits(player_clock);
+    r.max_depth = sd_limit;
+    r.max_time_limit = st_limit != 0 ? std::min(limits.max_time_limit, st_limit) : limits.max_time_limit;
+    r.variable_time_limit = limits.variable_time_limit;
+  };
+  switch (kind) {
+    case SearchKind::normal:
+      r.type = SEARCH_NORMAL;
+      from_clock(clock.clocks[clock.active]);
+      break;
+    case SearchKind::analyze:
+      r.type = SEARCH_ANALYZE;
+      break;
+    case SearchKind::pondering:
+      r.type = SEARCH_PONDERING;
+      from_clock(clock.clocks[clock.active ^ 1]);
+      break;
+    case SearchKind::puzzle:
+      r.type = SEARCH_PUZZLE;
+      r.max_time_limit = hint_time;
+      r.variable_time_limit = hint_time * 3 / 4;
+      break;
+  }
+  throw request;
+}
+
+void Game::SearchFinished(bool stopped_by_command) {
   const int finished_state = search_state;
   search_state = SEARCH_STATE_IDLE;
-  if (stopped_by_command) return;
-  if (finished_state == SEARCH_STATE_THINKING) MoveSearchFinished(outcome);
-  if (finished_state == SEARCH_STATE_HINT) HintSearchFinished(outcome);
+  if (stopped_by_command) {
+    // A hint search that couldn't run (the game is over) leaves no move to show.
+    if (finished_state == SEARCH_STATE_HINT && hint == HINT_REQUESTED) hint = HINT_NO_MOVE_KNOWN;
+    return;
+  }
+  if (finished_state == SEARCH_STATE_THINKING) MoveFound();
+  if (finished_state == SEARCH_STATE_HINT) HintFound();
 }
 
-void Game::EndGame(int result, int reason) {
-  SetResult(result, reason);
-  protocol_->ShowGameResult(result, reason, GAME_MODE_PLAY);
-  clock.Stop();
-}
-
-void Game::MoveSearchFinished(const SearchOutcome& outcome) {
-  tracker.Update(Current(), outcome.score);
+// The search for the engine's move has ended: draw offers, the move, resigning, pondering.
+void Game::MoveFound() {
+  if (search.best_move == MOVE_INVALID) return;
+  tracker.Update(Current(), search.score);
   if (tracker.draw_offered) {
     if (tracker.ShouldAcceptDraw()) {
-      protocol_->AcceptDraw();
-      if (protocol_->IsInteractive()) {
-        EndGame(RESULT_DRAW, REASON_AGREEMENT);
+      Protocol().AcceptDraw();
+      if (Protocol().IsInteractive()) {
+        SetResult(RESULT_DRAW, REASON_AGREEMENT);
+        Protocol().ShowGameResult(RESULT_DRAW, REASON_AGREEMENT, GAME_MODE_PLAY);
+        clock.Stop();
         return;
       }
     } else {
       Out.WriteLogOnly("Engine rejects draw offer");
-      protocol_->RejectDraw(tracker.opponent_is_computer);
+      Protocol().RejectDraw(tracker.opponent_is_computer);
     }
     tracker.draw_offered = false;
   }
-
-  PlayEngineMove(outcome.best_move);
-  protocol_->BoardChanged(*this);
+  PlayEngineMove(search.best_move);
+  Protocol().BoardChanged(*this);
   if (IsFinished()) {
-    protocol_->ShowGameResult(Current().result, Current().reason, GAME_MODE_PLAY);
+    Protocol().ShowGameResult(Current().result, Current().reason, GAME_MODE_PLAY);
     clock.Stop();
     return;
   }
-
   if (tracker.ShouldResign()) {
-    protocol_->Resign();
-    if (protocol_->IsInteractive()) EndGame(white.engine_plays ? RESULT_BLACK_WINS : RESULT_WHITE_WINS, REASON_RESIGNATION);
+    Protocol().Resign();
+    if (Protocol().IsInteractive()) {
+      const int result = white.engine_plays ? RESULT_BLACK_WINS : RESULT_WHITE_WINS;
+      SetResult(result, REASON_RESIGNATION);
+      Protocol().ShowGameResult(result, REASON_RESIGNATION, GAME_MODE_PLAY);
+      clock.Stop();
+    }
   } else if (tracker.ShouldOfferDraw()) {
-    protocol_->OfferDraw();
+    Protocol().OfferDraw();
     tracker.moves_since_offer = 0;
   }
   if (IsFinished() || !pondering) return;
-
-  if (outcome.pv.size() < 2) RequestSearch(SEARCH_PUZZLE);
-  hint = outcome.pv[1];
-  UserBoard predicted;
-  if (WithMovePlayed(*this, hint, predicted)) RequestSearch(SEARCH_PONDERING, predicted);
+  if (search.pv.size() < 2) RequestSearch(SearchKind::puzzle);
+  hint = search.pv[1].move;
+  UserBoard expected = *this;
+  expected.PlayMove(hint);
+  RequestSearch(SearchKind::pondering, expected);
 }
 
-void Game::HintSearchFinished(const SearchOutcome& outcome) {
-  const Move previous = hint;
-  hint = outcome.best_move != MOVE_INVALID ? outcome.best_move : HINT_NO_MOVE_KNOWN;
-  // A hint that `hint` waits for is shown by it; pondering needs a move.
-  if (previous == HINT_REQUESTED || !pondering || outcome.best_move == MOVE_INVALID) return;
-  UserBoard predicted;
-  if (!WithMovePlayed(*this, outcome.best_move, predicted) || predicted.IsFinished()) return;
-  RequestSearch(SEARCH_PONDERING, predicted);
+// The hint search has ended: its move is the hint, and with pondering on the search goes on from it.
+void Game::HintFound() {
+  const Move old_hint = hint;
+  hint = search.best_move != MOVE_INVALID ? search.best_move : HINT_NO_MOVE_KNOWN;
+  if (old_hint == HINT_REQUESTED || !pondering || hint == HINT_NO_MOVE_KNOWN) return;
+  UserBoard expected = *this;
+  expected.PlayMove(hint);
+  if (expected.IsFinished()) return;
+  RequestSearch(SearchKind::pondering, expected);
+}
+
+void Game::StartPondering() {
+  if (hint == HINT_NO_MOVE_KNOWN || hint == HINT_REQUESTED) return;
+  RequestSearch(hint == HINT_NONE ? SearchKind::puzzle : SearchKind::pondering);
+}
+
+void Game::PonderHit() {
+  search.PonderHit();
+  search_state = SEARCH_STATE_THINKING;
+}
+
+void Game::DisplayPosition(bool verbose) const { Current().Display(verbose); }
+
+const SearchReport* Game::RunningSearchReport() const {
+  if (IsFinished() || search_state == SEARCH_STATE_IDLE || !search.running) return nullptr;
+  return &search.Report();
+}
+
+void Game::AbortSearch(bool stopped_by_command) const {
+  if (search_state != SEARCH_STATE_IDLE) throw search_aborted_exception{stopped_by_command};
 }
 
 void Game::InstallPlayers(const Player& to_move, const Player& other, bool analyze) {
@@ -190,12 +191,6 @@ Player Game::EngineRecord(bool engine_plays) {
 }
 
 Player Game::OpponentRecord() { return Player{Defaults().opponent_name, Defaults().opponent_rating, false, false}; }
-
-void Game::ReleaseBothSides() {
-  white.engine_plays = false;
-  black.engine_plays = false;
-  game_mode = GAME_MODE_FORCE;
-}
 
 Color Game::EngineColor() const {
   if (white.is_engine == black.is_engine) throw not_exactly_one_player_is_played_by_engine();

@@ -1,20 +1,19 @@
-// The game as the running program holds it: the game record, the protocol in force, the clocks,
-// who plays which side, the game mode and the state of the search, and what the engine decides
-// when a search is over. Commands execute against this object.
+// The game as the running program holds it: the game record, and what belongs to the running
+// program: the protocol in force, the clocks, who plays which side, the game mode and the state of
+// the search. Commands execute against this object.
 #pragma once
 
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "board/types.h"
 #include "interfaces/basic_protocol.h"
 #include "interfaces/draw_resign_tracker.h"
 #include "interfaces/game_clock.h"
 #include "interfaces/user_board.h"
-#include "search/search_request.h"
+#include "search/search.h"
 
 namespace ZephrinInterfaces {
 
@@ -34,6 +33,9 @@ constexpr Move HINT_NONE = 0;
 constexpr Move HINT_NO_MOVE_KNOWN = 1;
 constexpr Move HINT_REQUESTED = 2;
 
+// What a search is asked to do.
+enum class SearchKind { normal, analyze, pondering, puzzle };
+
 struct Player {
   std::string name;
   std::int32_t rating = 0;
@@ -43,13 +45,6 @@ struct Player {
 
 struct not_exactly_one_player_is_played_by_engine {};
 struct no_match_engine_vs_standard_opponent {};
-
-// What a finished search leaves for the game to act on.
-struct SearchOutcome {
-  Move best_move = MOVE_INVALID;  // 0 when there was no legal move
-  std::int32_t score = 0;         // from the view of the side to move at the root
-  std::vector<Move> pv;           // the principal variation, best_move first
-};
 
 class Game : public UserBoard {
  public:
@@ -61,48 +56,45 @@ class Game : public UserBoard {
   // The new protocol takes over from the old one, which is deleted; the caller activates it.
   void ReplaceProtocol(std::unique_ptr<BasicProtocol> new_protocol);
 
-  // Replaces the whole game record: moves, next moves and result.
-  void SetBoard(const UserBoard& board) { UserBoard::operator=(board); }
   // Prints the current position through Out.
   void DisplayPosition(bool verbose) const;
-  // The active clock belongs to the side to move again, after moves were taken back or replayed.
-  void FollowSideToMove();
+
+  // Replaces the game record as a whole: a new position or a game read from a file.
+  void ReplaceGame(const UserBoard& game) { static_cast<UserBoard&>(*this) = game; }
+
+  // Plays a move of the current position: its text in SAN, which is returned, the clocks switch
+  // sides, and the hint is forgotten.
+  std::string PlayGameMove(Move move);
+  // The same, and the move goes to the front end.
+  void PlayEngineMove(Move move);
+  // The same, and the move goes to the log.
+  void PlayOpponentMove(Move move);
+
+  // Raises search_request_received_exception with a request of the kind for `board`, by default
+  // the current game.
+  [[noreturn]] void RequestSearch(SearchKind kind);
+  [[noreturn]] void RequestSearch(SearchKind kind, const UserBoard& board);
+  // The end of each search: plays the move found, decides about draws and resigning, and may ask
+  // for the next search (pondering). With `stopped_by_command` nothing is played.
+  void SearchFinished(bool stopped_by_command);
+  // Starts the search on the opponent's time: a hint search when no reply is known, else a ponder
+  // search on the position after the expected reply.
+  void StartPondering();
+  // The opponent played the move the ponder search expected: it goes on as a search for a move.
+  void PonderHit();
 
   // What `.` reports: the running search once its iterations have begun, else null.
   const SearchReport* RunningSearchReport() const;
 
   // Raises search_aborted_exception if a search is running; does nothing otherwise.
   void AbortSearch(bool stopped_by_command) const;
-  // Raises search_request_received_exception with a request of the given SearchMode for a copy of
-  // `board`, with the limits of this game's clocks.
-  [[noreturn]] void RequestSearch(int mode, const UserBoard& board) const;
-  [[noreturn]] void RequestSearch(int mode) const { RequestSearch(mode, *this); }
-  // A search on the opponent's time: for the predicted move if one is known, else first a short
-  // search to find one.
-  void StartPondering() const;
-  // The opponent played the move that the ponder search assumed: it goes on as a normal search.
-  void PonderHit();
-
-  // Plays a move of the current position with the clock switch; returns its SAN text.
-  std::string PlayGameMove(Move move);
-  // The move goes out through the protocol.
-  void PlayEngineMove(Move move);
-  // The move goes to the log only.
-  void PlayOpponentMove(Move move);
-
-  // Acts on the end of a search: plays the move, answers a draw offer, resigns or offers a draw,
-  // stores a hint, and may request the next search (pondering).
-  void SearchFinished(bool stopped_by_command, const SearchOutcome& outcome);
 
   // Stores the record of the side to move and the other one, and sets the game mode from them.
   void InstallPlayers(const Player& to_move, const Player& other, bool analyze);
   Player& PlayerOf(Color color) { return color == WHITE ? white : black; }
-  const Player& PlayerOf(Color color) const { return color == WHITE ? white : black; }
   // A fresh record for the engine, with or without the move, and one for the default opponent.
   static Player EngineRecord(bool engine_plays);
   static Player OpponentRecord();
-  // No side is played by the engine, in force mode.
-  void ReleaseBothSides();
   // The colour whose record is the engine's; raises not_exactly_one_player_is_played_by_engine
   // unless exactly one is.
   Color EngineColor() const;
@@ -126,14 +118,13 @@ class Game : public UserBoard {
   std::int32_t st_limit = 0;   // milliseconds, 0 for none
   std::int32_t sd_limit = 0;   // iterations, 0 for none
   std::int32_t hint_time = 1000;
-  Move hint = HINT_NONE;       // or the hint move, which is also the move pondered on
+  Move hint = HINT_NONE;
   DrawResignTracker tracker;
+  Search search;
 
  private:
-  void MoveSearchFinished(const SearchOutcome& outcome);
-  void HintSearchFinished(const SearchOutcome& outcome);
-  // Ends the game by agreement or resignation, as an interactive protocol does itself.
-  void EndGame(int result, int reason);
+  void MoveFound();
+  void HintFound();
 
   std::unique_ptr<BasicProtocol> protocol_;
 };
