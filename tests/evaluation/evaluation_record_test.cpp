@@ -30,8 +30,8 @@ TEST(EvaluationRecord, ClearingKeepsOnlySettingsAndTheLazySwitch) {
 }
 
 TEST(EvaluationRecord, BasicFactsOfThePawnsFilesAndKings) {
-  // White: a2 b2 e4 e5 h6, bishops c1 and f1 (both dark... c1 dark, f1 light). Black: c7 d6 e6,
-  // bishops c8 and e7 (light and dark).
+  // White: pawns a2 b2 e4 e5 h6, bishops c1 (dark) and f1 (light). Black: pawns c7 d6 e6,
+  // bishops c8 (light) and e7 (dark).
   Board board = FromFen("2b1k3/2p1b3/3pp2P/4P3/4P3/8/PP6/2B1KB2 w - - 0 1");
   EvaluationRecord record{};
   BuildPawnSquares(record, board);
@@ -47,10 +47,10 @@ TEST(EvaluationRecord, BasicFactsOfThePawnsFilesAndKings) {
   EXPECT_EQ(record.pawns[BLACK].pawn_squares[0], 43);  // d6 before e6 and c7
   EXPECT_EQ(record.pawns[BLACK].pawn_squares[2], 50);
 
-  // a2, b2 and h6 have no black pawn ahead on their own or neighbouring files; the black pawns
-  // all face white pawns.
-  EXPECT_EQ(record.pawns[WHITE].passed, SquareBit(8) | SquareBit(9) | SquareBit(47));
-  EXPECT_EQ(record.pawns[WHITE].passed_count, 3);
+  // a2 and h6 have no black pawn ahead on their own or neighbouring files; b2 has c7. The black
+  // pawns all face white pawns.
+  EXPECT_EQ(record.pawns[WHITE].passed, SquareBit(8) | SquareBit(47));
+  EXPECT_EQ(record.pawns[WHITE].passed_count, 2);
   EXPECT_EQ(record.pawns[BLACK].passed, 0u);
   EXPECT_EQ(record.pawns[BLACK].passed_count, 0);
 
