@@ -8,6 +8,7 @@
 
 #include "board/types.h"
 #include "interfaces/command.h"
+#include "interfaces/user_board.h"
 
 namespace ZephrinInterfaces {
 
@@ -130,6 +131,7 @@ class Command_Move : public Command {
   std::string move_text;
   Move move = MOVE_INVALID;
   bool validated = false;
+  Move expected = MOVE_INVALID;  // the move that a ponder search assumed when this one arrived
 };
 
 class Command_UsermoveNewStyle : public Command_Move {
@@ -156,6 +158,7 @@ class Command_Remove : public Command {
  public:
   using Command::Command;
   void Execute(Game& game) override;
+  bool validated = false;
 };
 
 class Command_Next : public Command {
@@ -185,23 +188,34 @@ class Command_Hint : public Command {
   void Execute(Game& game) override;
 };
 
-// `setboard` and `edit`: prepare a position, then install it.
+// `setboard` and `edit`: prepare a position once, then install it.
 class Command_SetupBoardCommands : public Command {
  public:
+  static constexpr int ACCEPTED = 0;
+  static constexpr int INVALID = 1;
+  static constexpr int CANCELLED = 2;
+
   using Command::Command;
   void Execute(Game& game) override;
+  // Fills `board` and returns ACCEPTED, INVALID or CANCELLED.
+  virtual int PrepareBoard(Game& game, UserBoard& board) = 0;
+
+  UserBoard board;
+  int outcome = -1;  // not prepared yet
 };
 
 class Command_Setboard : public Command_SetupBoardCommands {
  public:
   Command_Setboard(std::string raw_input, std::string fen_text)
       : Command_SetupBoardCommands(std::move(raw_input)), fen(std::move(fen_text)) {}
+  int PrepareBoard(Game& game, UserBoard& board) override;
   std::string fen;
 };
 
 class Command_Edit : public Command_SetupBoardCommands {
  public:
   using Command_SetupBoardCommands::Command_SetupBoardCommands;
+  int PrepareBoard(Game& game, UserBoard& board) override;
 };
 
 class Command_Quit : public Command {

@@ -1,5 +1,6 @@
-// The game as the running program holds it: the protocol in force, who plays which side, the
-// game mode and the state of the search. Commands execute against this object.
+// The game as the running program holds it: the game record, and what belongs to the running
+// program: the protocol in force, the clocks, who plays which side, the game mode and the state of
+// the search. Commands execute against this object.
 #pragma once
 
 #include <cstdint>
@@ -9,6 +10,10 @@
 
 #include "board/types.h"
 #include "interfaces/basic_protocol.h"
+#include "interfaces/draw_resign_tracker.h"
+#include "interfaces/game_clock.h"
+#include "interfaces/user_board.h"
+#include "search/search.h"
 
 namespace ZephrinInterfaces {
 
@@ -28,6 +33,9 @@ constexpr Move HINT_NONE = 0;
 constexpr Move HINT_NO_MOVE_KNOWN = 1;
 constexpr Move HINT_REQUESTED = 2;
 
+// What a search is asked to do.
+enum class SearchKind { normal, analyze, pondering, puzzle };
+
 struct Player {
   std::string name;
   std::int32_t rating = 0;
@@ -35,32 +43,10 @@ struct Player {
   bool engine_plays = false;  // the engine makes this side's moves now
 };
 
-// What decides about draw offers and resigning; the counters are updated after each search.
-struct DrawResignTracker {
-  std::int32_t last_score = 1000000;
-  bool mate_seen = false;
-  std::int32_t mate_distance = -1;
-  std::int32_t moves = 0;
-  std::int32_t moves_since_offer = 1000;
-  std::int32_t same_score = 0;
-  std::int32_t near_zero = 0;
-  std::int32_t below_threshold = 0;
-  std::int32_t falling = 0;
-  std::int32_t rising = 0;
-  std::int32_t tablebase_verdict = 4;
-  bool draw_offered = false;
-  bool opponent_is_computer = false;  // survives a reset
-  std::int32_t contempt = 0;          // survives a reset
-
-  void Reset();
-  // A new value resets everything else.
-  void SetContempt(std::int32_t value);
-};
-
 struct not_exactly_one_player_is_played_by_engine {};
 struct no_match_engine_vs_standard_opponent {};
 
-class Game {
+class Game : public UserBoard {
  public:
   explicit Game(std::unique_ptr<BasicProtocol> initial_protocol);
   Game(const Game&) = delete;
@@ -70,11 +56,32 @@ class Game {
   // The new protocol takes over from the old one, which is deleted; the caller activates it.
   void ReplaceProtocol(std::unique_ptr<BasicProtocol> new_protocol);
 
-  // The side to move and the full move number of the current position.
-  Color SideToMove() const;
-  int FullMoveNumber() const;
   // Prints the current position through Out.
   void DisplayPosition(bool verbose) const;
+
+  // Replaces the game record as a whole: a new position or a game read from a file.
+  void ReplaceGame(const UserBoard& game) { static_cast<UserBoard&>(*this) = game; }
+
+  // Plays a move of the current position: its text in SAN, which is returned, the clocks switch
+  // sides, and the hint is forgotten.
+  std::string PlayGameMove(Move move);
+  // The same, and the move goes to the front end.
+  void PlayEngineMove(Move move);
+  // The same, and the move goes to the log.
+  void PlayOpponentMove(Move move);
+
+  // Raises search_request_received_exception with a request of the kind for `board`, by default
+  // the current game.
+  [[noreturn]] void RequestSearch(SearchKind kind);
+  [[noreturn]] void RequestSearch(SearchKind kind, const UserBoard& board);
+  // The end of each search: plays the move found, decides about draws and resigning, and may ask
+  // for the next search (pondering). With `stopped_by_command` nothing is played.
+  void SearchFinished(bool stopped_by_command);
+  // Starts the search on the opponent's time: a hint search when no reply is known, else a ponder
+  // search on the position after the expected reply.
+  void StartPondering();
+  // The opponent played the move the ponder search expected: it goes on as a search for a move.
+  void PonderHit();
 
   // What `.` reports: the running search once its iterations have begun, else null.
   const SearchReport* RunningSearchReport() const;
@@ -102,6 +109,7 @@ class Game {
   static std::int32_t DefaultOpponentRating();
   static void SetDefaultRatings(std::int32_t engine, std::int32_t opponent);
 
+  GameClock clock;
   Player white;
   Player black;
   bool pondering = false;
@@ -112,8 +120,12 @@ class Game {
   std::int32_t hint_time = 1000;
   Move hint = HINT_NONE;
   DrawResignTracker tracker;
+  Search search;
 
  private:
+  void MoveFound();
+  void HintFound();
+
   std::unique_ptr<BasicProtocol> protocol_;
 };
 

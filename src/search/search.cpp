@@ -240,8 +240,9 @@ bool Search::TestRootMove(RootMove& root_move, int best) {
   RestorePv(root_move.line);
   fail_state = FAIL_NONE;
   int g = best + 1;
-  if (g > MATE && (g & 1) != 0) g = best + 2;
-  if (g < -MATE && (g & 1) == 0) g = g + 1;
+  // Mate scores of the root side are even and those against it odd: test only where one can lie.
+  if (g > MATE_RANGE + 1 && (g & 1) != 0) g = best + 2;
+  if (g < -(MATE_RANGE + 1) && (g & 1) == 0) g = g + 1;
   int value = SearchRootChild(root_move.move, g);
   ExtractPv(root_move);
   return value != g - 1;

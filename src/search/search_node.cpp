@@ -128,7 +128,12 @@ GenerateResult GenerateNodeMoves(Node& n, int& answer) {
   return n.end - n.list == 1 ? GenerateResult::SINGLE : GenerateResult::NORMAL;
 }
 
-// Steps 9 and 10. The bitbases and tablebases are not consulted yet: no position is found.
+// Step 9: the bitbases, for kings and pawns, from ply 3 on. Not consulted yet: nothing is found,
+// and the node goes on to step 10.
+bool ProbeBitbasesAtNode(const Node&, int&) { return false; }
+
+// Step 10: the tablebases, with a budget of pieces by distance and type. Not consulted yet:
+// nothing is found.
 bool ProbeEndgameDatabases(const Node&, int&) { return false; }
 
 // Step 11.
@@ -562,7 +567,10 @@ int SearchNode(SearchTree& tree, Move* list, int gamma, int distance, int node_t
 
   // Endgame databases.
   int answer = 0;
-  if (n.type >= POSITION_EQUAL_PIECES && ProbeEndgameDatabases(n, answer)) return answer;
+  if (n.type >= POSITION_EQUAL_PIECES) {
+    if (ply > 2 && ProbeBitbasesAtNode(n, answer)) return answer;
+    if (ProbeEndgameDatabases(n, answer)) return answer;
+  }
 
   // Threats before anything is searched.
   n.in_check = board.InCheck();

@@ -112,3 +112,14 @@ TEST(ConsoleEndToEnd, VersionAndHelp) {
       << help.out;
   EXPECT_TRUE(help.out.ends_with("\nxboard...........Enters XBoard mode (protocol 1)\n" + P));
 }
+
+TEST(ConsoleEndToEnd, DisplayShowsTheBoardUnderEveryProtocol) {
+  const EngineRun run = RunEngine({}, "display\nxboard\ndisplay\n");
+  const std::string board_start = "    +---+---+---+---+---+---+---+---+\n  8 | R | N | B | Q | K | B | N | R |\n";
+  const std::string board_end = "      a   b   c   d   e   f   g   h\ncastle possibilities: KQkq\n"
+                                "side on move: white; en-passant square: none\n";
+  ASSERT_TRUE(run.out.starts_with(P + board_start)) << run.out;
+  const std::size_t second = run.out.find(board_end + P + board_start);
+  ASSERT_NE(second, std::string::npos) << run.out;
+  EXPECT_TRUE(run.out.ends_with(board_end));
+}

@@ -135,10 +135,6 @@ TEST(Pgn, FamousGamesPlayThroughToTheirEnd) {
 TEST(Pgn, WrittenTextIsExact) {
   PgnTags tags;
   UserBoard opera = LoadPgn(DataFile("opera_game.pgn"), tags);
-  EXPECT_EQ(tags.event, "Casual game");
-  EXPECT_EQ(tags.date, "1858.??.??");
-  EXPECT_EQ(tags.round, "?");
-  EXPECT_EQ(tags.time_control, "?");
   opera.PlayAllNext();
   EXPECT_EQ(Written(opera, tags), Slurp(DataFile("opera_game_written.pgn")));
 

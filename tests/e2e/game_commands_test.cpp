@@ -1,0 +1,116 @@
+// A game kept by hand, without the engine moving: moves, taking back, results, positions, clocks
+// and files, as a front end and a person see them.
+#include <gtest/gtest.h>
+
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "e2e/engine_process.h"
+
+namespace {
+const std::string P = Prompt("White 1");
+}
+
+TEST(GameEndToEnd, MovesAndTakingBackUnderXBoard) {
+  const EngineRun run = RunEngine(
+      {}, "xboard\nforce\ne4\ne5\ne2e5\nundo 0\nundo x\nundo 3\nundo all\nnext 3\nremove\nremove\nnext all\n"
+          "usermove Nf3\nremove\nnext\nnext\nnext\ndraw\nresult 1-0 {White mates}\nresult 0-1\ne4\nundo\nd4\nping 1\n");
+  EXPECT_EQ(run.out, P +
+                         "Illegal move: e2e5\n"
+                         "Error (argument out of bounds): undo 0\n"
+                         "Error (integer argument expected): undo x\n"
+                         "telluser could not undo 1 move(s), because start position has been reached\n"
+                         "Error (no move to undo): undo all\n"
+                         "telluser 1 move(s) could not be made, because next move buffer is empty\n"
+                         "Error (no moves to remove): remove\n"
+                         "Error (next move buffer is empty): next\n"
+                         "Error (command not legal now): draw\n"
+                         "Illegal move: e4\n"
+                         "pong 1\n");
+  EXPECT_EQ(run.status, 0);
+}
+
+TEST(GameEndToEnd, MateEndsTheGameAndUndoReopensIt) {
+  const std::string console = RunEngine({}, "force\nf3\ne5\ng4\nQh4\nundo\nQh4#\nnext\nNf6\n").out;
+  const std::size_t first = console.find("game over: 0-1 (Black mates)\n");
+  ASSERT_NE(first, std::string::npos) << console;
+  EXPECT_NE(console.find("game over: 0-1 (Black mates)\n", first + 1), std::string::npos);
+  EXPECT_TRUE(console.ends_with(Prompt("White 3") + "Error (next move buffer is empty): next\n" + Prompt("White 3") +
+                                "Illegal move: Nf6\n" + Prompt("White 3")))
+      << console;
+  // In force mode a front end hears nothing of the result.
+  EXPECT_EQ(RunEngine({}, "xboard\nforce\nf3\ne5\ng4\nQh4\nping 2\n").out, P + "pong 2\n");
+}
+
+TEST(GameEndToEnd, SidesDrawOffersAndResults) {
+  const EngineRun run = RunEngine({}, "xboard\nblack\nping 1\ndraw\ncomputer\ndraw\nwhite\nresult 1/2-1/2 {agreed}\ndraw\n"
+                                      "result *\nping 2\n");
+  EXPECT_EQ(run.out, P + "pong 1\n"
+                         "telluser Zephrin is thinking about the draw offer and will decide after the next move.\n"
+                         "Error (game over): draw\n"
+                         "pong 2\n");
+  // The side to move changes only to a legal position: here White would stand in check with Black to move.
+  const EngineRun sides = RunEngine({}, "xboard\nforce\nsetboard 4k3/8/8/8/8/8/8/4K2R w - - 0 1\nwhite\nblack\n"
+                                        "force\nsetboard 4k3/8/8/8/8/8/8/r3K3 w - - 0 1\nblack\n");
+  EXPECT_EQ(sides.out, P + "Error (cannot change sides): black\n");
+}
+
+TEST(GameEndToEnd, PositionsFromSetboard) {
+  const EngineRun console =
+      RunEngine({}, "setboard 8/8/8/8/8/8/8/K6k w - - 0 1\nforce\nsetboard 8/8/8/8/8/8/8/8 w - - 0 1\n"
+                    "setboard nonsense\nsetboard rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR b KQkq - 0 30\n");
+  EXPECT_TRUE(console.out.starts_with(P + "Error (must be in force mode): setboard 8/8/8/8/8/8/8/K6k w - - 0 1\n" + P + P +
+                                      "Command ignored (Illegal position)\n" + P +
+                                      "Command ignored (input inconsistent with FEN standard)\n"
+                                      "Command ignored (Illegal position)\n" + P))
+      << console.out;
+  EXPECT_TRUE(console.out.ends_with("      a   b   c   d   e   f   g   h\n" + Prompt("Black 30")));
+
+  // A front end is told, and the position becomes the two kings.
+  const EngineRun xboard = RunEngine({}, "xboard\nforce\nsetboard nonsense\ndisplay\n");
+  EXPECT_TRUE(xboard.out.starts_with(P + "telluser Illegal position\n    +---+---+---+---+---+---+---+---+\n"
+                                         "  8 |   |   |   |   | K |   |   |   |\n"))
+      << xboard.out;
+}
+
+TEST(GameEndToEnd, ClockCommandsCheckTheirControls) {
+  const EngineRun run = RunEngine({}, "xboard\nlevel 40 5 0\nlevel 0 0:30 3\nlevel 40 0 -1\nlevel 40 -1 0\n"
+                                      "level 1 99999999 0\ntc 40 5 0\ntc\ntc 40 5\ntc 40 x 0\ntc 40 90 0 0 30 0\n"
+                                      "tc 0 5 1 ; 0 10 2\nst 30\nsd 5\ntime 6000\notim 5000\ntime x\nping 1\n");
+  EXPECT_EQ(run.out, P +
+                         "Error (argument out of bounds): level 40 0 -1\n"
+                         "Error (argument out of bounds): level 40 -1 0\n"
+                         "Error (integer argument expected): level 1 99999999 0\n"
+                         "Error (last time control must not terminate): tc 40 5 0\n"
+                         "Error (missing parameters): tc\n"
+                         "Error (missing parameters): tc 40 5\n"
+                         "Error (integer argument expected): tc 40 x 0\n"
+                         "Error (integer argument expected): time x\n"
+                         "pong 1\n");
+}
+
+TEST(GameEndToEnd, PositionsAndGamesInFiles) {
+  char pattern[] = "/tmp/zephrin-e2e-XXXXXX";
+  ASSERT_NE(mkdtemp(pattern), nullptr);
+  const std::string directory = pattern;
+  const std::string fen = directory + "/position.fen";
+  const std::string pgn = directory + "/game.pgn";
+  const EngineRun write = RunEngine({}, "xboard\nforce\ne4\nc5\nNf3\nwrite_fen " + fen + "\nwrite_pgn " + pgn +
+                                            "\nwrite_fen " + directory + "/missing/x.fen\n");
+  EXPECT_EQ(write.out, P + "Error (could not open file): write_fen " + directory + "/missing/x.fen\n");
+
+  const EngineRun read = RunEngine({}, "read_fen " + fen + "\nforce\nread_fen " + fen + "\nread_pgn " + pgn +
+                                           "\nnext all\nread_fen " + directory + "/none.fen\n");
+  EXPECT_TRUE(read.out.starts_with(P + "Error (must be in force mode): read_fen " + fen + "\n" + P + P +
+                                   "    +---+"))
+      << read.out;
+  EXPECT_NE(read.out.find("      a   b   c   d   e   f   g   h\n" + Prompt("Black 2") + "    +---+"),
+            std::string::npos);
+  EXPECT_NE(read.out.find("\nWhite\t\"Incognito\"\nBlack\t\"Zephrin\"\n"), std::string::npos) << read.out;
+  EXPECT_TRUE(read.out.ends_with(Prompt("Black 2") + "Error (could not open file): read_fen " + directory +
+                                 "/none.fen\n" + Prompt("Black 2")))
+      << read.out;
+  std::filesystem::remove_all(directory);
+}
