@@ -82,7 +82,7 @@ ScorePair LongDiagonalTerm(EvaluationRecord& record, const Board& board, Color c
   }
   int n = std::min(PopCount(on_diagonal), 6);
   Square first = colour == WHITE ? FirstBit(on_diagonal) : LastBit(on_diagonal);
-  int v = RelativeRank(colour, first) - ((own.pawns & SquareBit(first)) != 0 ? 2 : 3);
+  int v = RelativeRank(first, colour) - ((own.pawns & SquareBit(first)) != 0 ? 2 : 3);
   v = std::clamp(v, -1, 4);
   pair += DIAGONAL_PAWN_COUNT[n - 1] + DIAGONAL_PAWN_DISTANCE[v + 1];
   AddDefence(record, colour, diagonal.wing, v == -1 ? -5 : v == 0 ? 1 : v == 1 ? 2 : 3);
@@ -113,7 +113,7 @@ ScorePair Mobility(Color colour, Bitboard attacks, Bitboard reach) {
 
 // A bishop behind its own held pawns on its colour of squares; returns whether it is bad.
 bool BadBishop(EvaluationRecord& record, Color colour, Square s, int mobility, ScorePair& pair) {
-  Square r = Relative(colour, s);
+  Square r = RelativeSquare(s, colour);
   Bitboard squares = SquareColourOf(r) == LIGHT_SQUARES ? LIGHT_BAD_SQUARES : DARK_BAD_SQUARES;
   Bitboard held = record.pawns[colour].restrained & RelativeSet(colour, squares);
   if ((held & RelativeSet(colour, BAD_CENTRE)) == 0 && !HasMoreThanOne(held)) return false;
@@ -126,7 +126,7 @@ bool BadBishop(EvaluationRecord& record, Color colour, Square s, int mobility, S
 // A bishop at home or nearly so, shut in by its own pawns or pieces.
 ScorePair HemmedIn(EvaluationRecord& record, const Board& board, Color colour, Square s) {
   const BoardSide& own = board.sides[colour];
-  const Square r = Relative(colour, s);
+  const Square r = RelativeSquare(s, colour);
   auto pawn_on = [&](const char* name) { return Has(colour, own.pawns, SquareBit(Sq(name))); };
   auto piece_on = [&](const char* name) { return Has(colour, own.all, SquareBit(Sq(name))); };
   int attack = 0;
@@ -151,7 +151,7 @@ ScorePair HemmedIn(EvaluationRecord& record, const Board& board, Color colour, S
 // A bishop that took a pawn on a7 or h7 and is shut in by the pawn on b6 or g6.
 ScorePair Trapped(const EvaluationRecord& record, const Board& board, Color colour, Square s) {
   const Color enemy = colour ^ 1;
-  const Square r = Relative(colour, s);
+  const Square r = RelativeSquare(s, colour);
   Square jailer;
   if (r == Sq("a7")) {
     jailer = Sq("b6");
@@ -160,14 +160,14 @@ ScorePair Trapped(const EvaluationRecord& record, const Board& board, Color colo
   } else {
     return ScorePair();
   }
-  Bitboard pawn = board.sides[enemy].pawns & SquareBit(Relative(colour, jailer));
+  Bitboard pawn = board.sides[enemy].pawns & SquareBit(RelativeSquare(jailer, colour));
   if (pawn == 0) return ScorePair();
   return (pawn & record.pawns[enemy].defended) != 0 ? ScorePair(-180, -180) : ScorePair(-110, -110);
 }
 
 ScorePair EvaluateBishop(EvaluationRecord& record, const Board& board, Color colour, Square s, bool& bad) {
   const Bitboard pawns = board.sides[WHITE].pawns | board.sides[BLACK].pawns;
-  const Square r = Relative(colour, s);
+  const Square r = RelativeSquare(s, colour);
   Bitboard attacks = board.BishopAttacks(s);
   ScorePair pair = BISHOP_TABLE.At(r);
   record.side_facts[colour].attacks |= attacks;

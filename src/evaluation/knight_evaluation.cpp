@@ -89,7 +89,7 @@ ScorePair ChaseAndOutpost(EvaluationRecord& record, const Board& board, Color co
     return weights.chasers_restrained;
   }
   ScorePair pair = weights.outpost;
-  if (RelativeRank(colour, s) >= 4) pair += OutpostSupport(record, board, colour, s, wing, supporters, weights);
+  if (RelativeRank(s, colour) >= 4) pair += OutpostSupport(record, board, colour, s, wing, supporters, weights);
   return pair;
 }
 
@@ -98,7 +98,7 @@ ScorePair EvaluateKnight(EvaluationRecord& record, const Board& board, Color col
   const bool middlegame = variant == EvaluationVariant::MIDDLEGAME;
   const KnightWeights& weights = middlegame ? MIDDLEGAME_WEIGHTS : OPENING_WEIGHTS;
   const BoardSide& own = board.sides[colour];
-  const Square r = Relative(colour, s);
+  const Square r = RelativeSquare(s, colour);
   const int wing = KNIGHT_WING_OF_FILE[FileOf(s)];
   const int value = KnightValue(board);
 
@@ -123,7 +123,7 @@ ScorePair EvaluateKnight(EvaluationRecord& record, const Board& board, Color col
     pair += weights.pawn_defended;
     AddDefence(record, colour, wing, 1);
   }
-  if (RelativeRank(colour, s) >= 3) pair += ChaseAndOutpost(record, board, colour, s, wing, supporters, weights);
+  if (RelativeRank(s, colour) >= 3) pair += ChaseAndOutpost(record, board, colour, s, wing, supporters, weights);
   return pair;
 }
 

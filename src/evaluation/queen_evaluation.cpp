@@ -78,11 +78,11 @@ ScorePair EvaluateQueen(EvaluationRecord& record, const Board& board, Color colo
   const Square enemy_king = board.sides[enemy].king_square;
   const int enemy_wing = KingWing(record, enemy);
   const int wing = WING_OF_FILE[FileOf(s)];
-  const int rank = RelativeRank(colour, s);
+  const int rank = RelativeRank(s, colour);
   const Bitboard attacks = board.QueenAttacks(s);
   record.side_facts[colour].attacks |= attacks;
 
-  ScorePair pair = (middlegame ? QUEEN_MIDDLEGAME_TABLE : QUEEN_OPENING_TABLE).At(Relative(colour, s));
+  ScorePair pair = (middlegame ? QUEEN_MIDDLEGAME_TABLE : QUEEN_OPENING_TABLE).At(RelativeSquare(s, colour));
   AddAttack(record, colour, WING_CENTRE, 6);
   AddAttack(record, colour, wing, middlegame ? 12 : 10);
   pair += Screens(board, colour, s, attacks);
@@ -96,7 +96,7 @@ ScorePair EvaluateQueen(EvaluationRecord& record, const Board& board, Color colo
     pair += SafeSquares(record, board, colour, wing, attacks, middlegame);
   }
   if (middlegame) pair += KingDistances(record, board, colour, s, attacks);
-  if (rank == RANK_SEVEN && RelativeRank(colour, enemy_king) >= RANK_SEVEN) {
+  if (rank == RANK_SEVEN && RelativeRank(enemy_king, colour) >= RANK_SEVEN) {
     pair += middlegame ? ScorePair(15, 25) : ScorePair(10, 18);
     AddAttack(record, colour, enemy_wing, middlegame ? 8 : 6);
   }

@@ -31,7 +31,7 @@ Bitboard Beyond(Color colour, Square s) {
 Square Nearest(Color colour, Bitboard set) { return colour == WHITE ? FirstBit(set) : LastBit(set); }
 
 bool EnemyKingOnLastRanks(const Board& board, Color colour) {
-  return RelativeRank(colour, board.sides[colour ^ 1].king_square) >= RANK_SEVEN;
+  return RelativeRank(board.sides[colour ^ 1].king_square, colour) >= RANK_SEVEN;
 }
 
 // The rook's file, through every own rook and queen on it, without the rook's own square.
@@ -63,7 +63,7 @@ FileKind ClassifyFile(const Board& board, Color colour, Square s) {
 // Another own rook beside this one on the first two ranks, with no pawns in front of either.
 ScorePair BesideRook(EvaluationRecord& record, const Board& board, Color colour, Square s, int wing) {
   const int f = FileOf(s);
-  if (Relative(colour, s) > 14 || f == 7) return ScorePair();
+  if (RelativeSquare(s, colour) > 14 || f == 7) return ScorePair();
   const BoardSide& own = board.sides[colour];
   const Bitboard files = FileMask(f) | FileMask(f + 1);
   bool neighbour = (own.rooks & FileMask(f + 1) & RelativeSet(colour, RankMask(0) | RankMask(1))) != 0;
@@ -104,7 +104,7 @@ ScorePair BehindPawn(EvaluationRecord& record, const Board& board, Color colour,
   const BoardSide& own = board.sides[colour];
   ScorePair pair;
   Square pawn = Nearest(colour, own.pawns & FileMask(FileOf(s)) & Beyond(colour, s));
-  int pawn_rank = RelativeRank(colour, pawn);
+  int pawn_rank = RelativeRank(pawn, colour);
   if (pawn_rank == 1 || pawn_rank == 2) {
     pair -= ScorePair(6, 14);
     AddAttack(record, colour, wing, -4);
@@ -142,7 +142,7 @@ ScorePair EvaluateRook(EvaluationRecord& record, const Board& board, Color colou
   const int f = FileOf(s);
   const int wing = KNIGHT_WING_OF_FILE[f];
   const Bitboard later = own.rooks & Beyond(colour, s);
-  const bool on_seventh = RelativeRank(colour, s) == RANK_SEVEN;
+  const bool on_seventh = RelativeRank(s, colour) == RANK_SEVEN;
   const bool king_on_last_ranks = EnemyKingOnLastRanks(board, colour);
 
   AddEndgameTerm(record, colour, 24);

@@ -10,6 +10,7 @@
 #include "board/bitboard.h"
 #include "board/board.h"
 #include "evaluation/evaluation_record.h"
+#include "evaluation/pawn_facts.h"
 
 // A square named as "e4".
 constexpr Square Sq(const char* name) { return MakeSquare(name[0] - 'a', name[1] - '1'); }
@@ -37,9 +38,8 @@ constexpr Bitboard FlipRanks(Bitboard b) {
   return (b >> 32) | (b << 32);
 }
 
-// A square or a set stated for White, as it stands for colour c, and back.
-constexpr Square Relative(Color c, Square s) { return s ^ (56 * c); }
-constexpr int RelativeRank(Color c, Square s) { return RankOf(Relative(c, s)); }
+// A set stated for White, as it stands for colour c, and back. RelativeSquare and RelativeRank
+// do the same for one square.
 constexpr Bitboard RelativeSet(Color c, Bitboard b) { return c == WHITE ? b : FlipRanks(b); }
 // Whether colour c has any of the squares stated for White in `set` occupied by `pieces`.
 constexpr bool Has(Color c, Bitboard pieces, Bitboard set) { return (pieces & RelativeSet(c, set)) != 0; }
