@@ -28,7 +28,9 @@ std::vector<std::string> Lines(const std::string& out) {
 }  // namespace
 
 TEST(SearchDisciplineEndToEnd, CommandsThatLeaveTheSearchAloneRunInsideIt) {
-  // Standard input stays open until the search is over, as a front end's would.
+  // Standard input stays open until the search is over, as a front end's would. The whole input
+  // arrives at once, so the commands behind the first "go" wait in the input buffer, where the
+  // search finds them although the descriptor has nothing more to read.
   const EngineRun run = RunEngine({}, "xboard\nsd 4\ngo\ngo\nping 1\ntime 6000\notim 6000\nnopost\n.\n", 60, 3000);
   const std::vector<std::string> lines = Lines(run.out);
   ASSERT_EQ(lines.size(), 4u) << run.out;
@@ -52,6 +54,13 @@ TEST(SearchDisciplineEndToEnd, CommandsThatChangeTheGameEndTheSearchWithoutAMove
   const EngineRun quit = RunEngine({}, "xboard\nsd 60\ngo\n", 60);
   EXPECT_EQ(quit.out, P);
   EXPECT_EQ(quit.status, 0);
+}
+
+TEST(SearchDisciplineEndToEnd, HugeLimitsAreHarmless) {
+  const std::vector<std::string> lines =
+      Lines(RunEngine({}, "xboard\nsd 2147483647\nst 2147483647\nlevel 0 0:01 2147483\ngo\n?\n", 60).out);
+  ASSERT_EQ(lines.size(), 1u);
+  EXPECT_TRUE(lines[0].starts_with("move ")) << lines[0];
 }
 
 TEST(SearchDisciplineEndToEnd, MoveNowPlaysTheBestMoveSoFar) {
