@@ -2,13 +2,11 @@
 // They are not errors and derive from nothing.
 #pragma once
 
-#include <memory>
-
-struct SearchRequest;
+#include "search/search_request.h"
 
 // Raised by a command that wants a search; the main loop catches it and runs the search.
 struct search_request_received_exception {
-  std::shared_ptr<const SearchRequest> request;
+  SearchRequest request;
 };
 
 // Unwinds a running search to its driver. With stopped_by_command false the best move so far is

@@ -8,10 +8,30 @@ using ZephrinInterfaces::ErrorCommand;
 
 namespace {
 
-// Until the search driver is built, a request can't be served.
-void RunSearchNotAvailable(MainLoop& loop, const SearchRequest*) {
-  loop.game->search_state = ZephrinInterfaces::SEARCH_STATE_IDLE;
-  throw ErrorCommand(ErrorCommand::ERROR, "not available yet", "search");
+void RunGameSearch(MainLoop& loop, const SearchRequest& request) { loop.game->search.RunSearch(request, &loop); }
+
+int SearchStateOfMode(int mode) {
+  switch (mode) {
+    case SEARCH_NORMAL: return ZephrinInterfaces::SEARCH_STATE_THINKING;
+    case SEARCH_ANALYZE: return ZephrinInterfaces::SEARCH_STATE_ANALYZING;
+    case SEARCH_PONDERING: return ZephrinInterfaces::SEARCH_STATE_PONDERING;
+    default: return ZephrinInterfaces::SEARCH_STATE_HINT;
+  }
+}
+
+void LogSearchStart(const SearchRequest& request) {
+  {
+    LogOnlySection log_only;
+    Out << "starting search (not sent to xboard)\n";
+    request.game.Current().Display(false);
+    Out << "FEN: " << PositionToFen(request.game) << "\nsearch settings\n"
+        << "type=" << SearchModeText(request.type) << "\n"
+        << "max_depth=" << request.max_depth << "\n"
+        << "max_time_limit=" << request.max_time_limit << "\n"
+        << "variable_time_limit=" << request.variable_time_limit << "\n"
+        << "(not sent to xboard)\n";
+  }
+  Out.Flush();
 }
 
 void ReportError(MainLoop& loop, const ErrorCommand& error) { loop.game->Protocol().ReportError(error.Text()); }
@@ -19,19 +39,18 @@ void ReportError(MainLoop& loop, const ErrorCommand& error) { loop.game->Protoco
 }  // namespace
 
 MainLoop::MainLoop(std::unique_ptr<ZephrinInterfaces::Game> owned_game, std::unique_ptr<InputSource> source)
-    : game(std::move(owned_game)), input(std::move(source)), run_search(RunSearchNotAvailable) {}
+    : game(std::move(owned_game)), input(std::move(source)), run_search(RunGameSearch) {}
 
 // A request is served under the same handlers as the commands, since the end of a search may
 // raise the next request (pondering) or an error.
 void RunMainLoop(MainLoop& loop) {
-  std::shared_ptr<const SearchRequest> request;
+  SearchRequest request;
   bool request_pending = false;
   while (true) {
     try {
       if (request_pending) {
         request_pending = false;
-        const std::shared_ptr<const SearchRequest> serving = std::move(request);
-        StartSearch(loop, serving.get());
+        StartSearch(loop, request);
       }
       WaitForInput(loop);
       ParseNextLine(loop);
@@ -94,7 +113,19 @@ void PollInput(MainLoop& loop) {
   }
 }
 
-void StartSearch(MainLoop& loop, const SearchRequest* request) { loop.run_search(loop, request); }
+// A finished game can't be analysed; the program then only waits for commands, as a front end
+// in analyze mode expects.
+void StartSearch(MainLoop& loop, const SearchRequest& request) {
+  if (request.type == SEARCH_ANALYZE && request.game.IsFinished()) {
+    AnalyzeCompatibilityWait(loop);
+    return;
+  }
+  LogSearchStart(request);
+  loop.game->search_state = SearchStateOfMode(request.type);
+  loop.run_search(loop, request);
+}
+
+void SearchFinished(MainLoop& loop, bool stopped_by_command) { loop.game->SearchFinished(stopped_by_command); }
 
 void AnalyzeCompatibilityWait(MainLoop& loop) {
   loop.game->search_state = ZephrinInterfaces::SEARCH_STATE_ANALYZING;
@@ -105,6 +136,6 @@ void AnalyzeCompatibilityWait(MainLoop& loop) {
       PollInput(loop);
     }
   } catch (const search_aborted_exception&) {
-    loop.game->search_state = ZephrinInterfaces::SEARCH_STATE_IDLE;
+    SearchFinished(loop, true);
   }
 }

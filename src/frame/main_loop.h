@@ -10,8 +10,7 @@
 #include "frame/input.h"
 #include "interfaces/command.h"
 #include "interfaces/game.h"
-
-struct SearchRequest;
+#include "search/search_request.h"
 
 struct MainLoop {
   explicit MainLoop(std::unique_ptr<ZephrinInterfaces::Game> owned_game,
@@ -24,8 +23,9 @@ struct MainLoop {
   std::deque<std::string> line_queue;  // raw lines not yet parsed
   std::unique_ptr<ZephrinInterfaces::Game> game;
   std::unique_ptr<InputSource> input;
-  // Runs one search to its end, and calls SearchFinished before it returns.
-  std::function<void(MainLoop&, const SearchRequest*)> run_search;
+  // Runs one search to its end, and calls SearchFinished before it returns: the game's search,
+  // or a stand-in in tests.
+  std::function<void(MainLoop&, const SearchRequest&)> run_search;
 };
 
 // Returns when `quit`, or the end of input, arrives.
@@ -39,6 +39,8 @@ void ExecuteNextCommand(MainLoop& loop);
 // Called from inside a search: runs every command whose line has arrived, in order.
 void PollInput(MainLoop& loop);
 // Runs the search a command asked for.
-void StartSearch(MainLoop& loop, const SearchRequest* request);
+void StartSearch(MainLoop& loop, const SearchRequest& request);
+// Tells the game that its search is over; see Game::SearchFinished.
+void SearchFinished(MainLoop& loop, bool stopped_by_command);
 // Waits for commands while "analysing" a finished game, until a command ends the wait.
 void AnalyzeCompatibilityWait(MainLoop& loop);

@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <cctype>
 
+#include "evaluation/evaluation.h"
+#include "evaluation/evaluation_settings.h"
+#include "frame/checked_assert.h"
 #include "frame/control_exceptions.h"
 #include "frame/tee_stream.h"
 #include "hash/hash.h"
@@ -80,8 +83,17 @@ void Command_Force::Execute(Game& game) {
   done = true;
 }
 
-// Searching is the whole point of `go` and `analyze`; they wait for the search driver.
-void Command_Go::Execute(Game&) { RaiseNotAvailableYet(*this); }
+void Command_Go::Execute(Game& game) {
+  if (game.search_state == SEARCH_STATE_THINKING || game.search_state == SEARCH_STATE_ANALYZING) {
+    Refuse(*this, "command not legal now");
+  }
+  game.AbortSearch(true);
+  game.InstallPlayers(Game::EngineRecord(true), Game::OpponentRecord(), false);
+  game.clock.Start();
+  game.tracker.Reset();
+  done = true;
+  game.RequestSearch(SearchKind::normal);
+}
 
 void Command_Playother::Execute(Game& game) {
   if (game.IsFinished()) Refuse(*this, "game over");
@@ -121,7 +133,13 @@ void Command_Analyze::Execute(Game& game) {
     done = true;
     return;
   }
-  RaiseNotAvailableYet(*this);
+  game.AbortSearch(true);
+  game.clock.Stop();
+  game.white.engine_plays = false;
+  game.black.engine_plays = false;
+  game.game_mode = GAME_MODE_ANALYZE;
+  done = true;
+  game.RequestSearch(SearchKind::analyze);
 }
 
 // The check runs once: after the abort the command runs again with no search going.
@@ -312,8 +330,18 @@ void Command_Draw::Execute(Game& game) {
   done = true;
 }
 
-// A hint comes from a search, or from the reply that the last search expected.
-void Command_Hint::Execute(Game&) { RaiseNotAvailableYet(*this); }
+// A hint comes from the reply that the last search expected, or from a short search of its own,
+// after which this command runs again to show it.
+void Command_Hint::Execute(Game& game) {
+  if (game.hint == HINT_NONE && game.search_state != SEARCH_STATE_IDLE) Refuse(*this, "command not legal now");
+  CHECKED_ASSERT(game.hint != HINT_REQUESTED, "commands", "Unfinished hint request detected!");
+  if (game.hint == HINT_NONE) {
+    game.hint = HINT_REQUESTED;
+    game.RequestSearch(SearchKind::puzzle);
+  }
+  game.Protocol().ShowHint(game.hint == HINT_NO_MOVE_KNOWN ? "" : MoveToText(game.Current(), game.hint));
+  done = true;
+}
 
 void Command_SetupBoardCommands::Execute(Game& game) {
   if (outcome < 0) {
@@ -448,7 +476,12 @@ void Command_InitTablebases::Execute(Game& game) {
 
 void Command_Contempt::Execute(Game& game) {
   RequireForceMode(*this, game);
-  RaiseNotAvailableYet(*this);
+  const std::int32_t limited = std::clamp(value, -32767, 32767);
+  if (limited != game.tracker.contempt) {
+    game.search.SetDrawScore(limited);
+    game.tracker.SetContempt(limited);
+  }
+  done = true;
 }
 
 void Command_DisplayPersonality::Execute(Game& game) {
@@ -459,7 +492,13 @@ void Command_DisplayPersonality::Execute(Game& game) {
 void Command_SetPersonality::Execute(Game& game) {
   RequireForceMode(*this, game);
   const std::int32_t limited = std::clamp(value, -1000, 1000);
-  if (limited != game.Protocol().personality) RaiseNotAvailableYet(*this);
+  if (limited != game.Protocol().personality) {
+    // Stored scores belong to the old mix; the pawn table keeps both halves unmixed.
+    EvalSettings.personality = static_cast<std::int16_t>(limited);
+    TranspositionTable.Clear();
+    EvaluationHashTable.Clear();
+    game.Protocol().personality = static_cast<std::int16_t>(limited);
+  }
   done = true;
 }
 
@@ -531,7 +570,11 @@ void Command_Display::Execute(Game& game) {
   game.Protocol().DisplayBoard(game, true);
   done = true;
 }
-void Command_Eval::Execute(Game&) { RaiseNotAvailableYet(*this); }
+void Command_Eval::Execute(Game& game) {
+  Out << EvaluationCommandText(game.Current(), game.Protocol().personality);
+  Out.Flush();
+  done = true;
+}
 void Command_Help::Execute(Game& game) {
   game.Protocol().PrintHelp();
   done = true;

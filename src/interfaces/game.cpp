@@ -1,5 +1,7 @@
 #include "interfaces/game.h"
 
+#include <algorithm>
+
 #include "frame/checked_assert.h"
 #include "frame/control_exceptions.h"
 #include "frame/tee_stream.h"
@@ -25,23 +27,10 @@ PlayerDefaults& Defaults() {
 
 }  // namespace
 
-void DrawResignTracker::Reset() {
-  const bool computer = opponent_is_computer;
-  const std::int32_t kept_contempt = contempt;
-  *this = DrawResignTracker();
-  opponent_is_computer = computer;
-  contempt = kept_contempt;
-}
-
-void DrawResignTracker::SetContempt(std::int32_t value) {
-  if (value == contempt) return;
-  contempt = value;
-  Reset();
-}
-
 Game::Game(std::unique_ptr<BasicProtocol> initial_protocol)
     : white(OpponentRecord()), black(EngineRecord(true)), protocol_(std::move(initial_protocol)) {
   CHECKED_ASSERT(protocol_ != nullptr, "game", "A game needs a protocol");
+  search.search_finished = [this](MainLoop*, bool stopped_by_command) { SearchFinished(stopped_by_command); };
 }
 
 void Game::ReplaceProtocol(std::unique_ptr<BasicProtocol> new_protocol) {
@@ -62,20 +51,125 @@ void Game::PlayEngineMove(Move move) { Protocol().ShowEngineMove(PlayGameMove(mo
 
 void Game::PlayOpponentMove(Move move) { Out.WriteLogOnly("Opponent played: " + PlayGameMove(move)); }
 
-// Searches arrive with the search driver; until then a request is refused in plain words.
-void Game::RequestSearch(SearchKind) { throw ErrorCommand(ErrorCommand::ERROR, "not available yet", "search"); }
+void Game::RequestSearch(SearchKind kind) { RequestSearch(kind, *this); }
+
+// In a ponder search the opponent is to move, so the engine's clock is the other one.
+void Game::RequestSearch(SearchKind kind, const UserBoard& board) {
+  search_request_received_exception request;
+  SearchRequest& r = request.request;
+  r.game = board;
+  const auto from_clock = [&](const PlayerClock& player_clock) {
+    const SearchTimeLimits limits = TimeLimits(player_clock);
+    r.max_depth = sd_limit;
+    r.max_time_limit = st_limit != 0 ? std::min(limits.max_time_limit, st_limit) : limits.max_time_limit;
+    r.variable_time_limit = limits.variable_time_limit;
+  };
+  switch (kind) {
+    case SearchKind::normal:
+      r.type = SEARCH_NORMAL;
+      from_clock(clock.clocks[clock.active]);
+      break;
+    case SearchKind::analyze:
+      r.type = SEARCH_ANALYZE;
+      break;
+    case SearchKind::pondering:
+      r.type = SEARCH_PONDERING;
+      from_clock(clock.clocks[clock.active ^ 1]);
+      break;
+    case SearchKind::puzzle:
+      r.type = SEARCH_PUZZLE;
+      r.max_time_limit = hint_time;
+      r.variable_time_limit = hint_time * 3 / 4;
+      break;
+  }
+  throw request;
+}
+
+void Game::SearchFinished(bool stopped_by_command) {
+  const int finished_state = search_state;
+  search_state = SEARCH_STATE_IDLE;
+  if (stopped_by_command) {
+    // A hint search that couldn't run (the game is over) leaves no move to show.
+    if (finished_state == SEARCH_STATE_HINT && hint == HINT_REQUESTED) hint = HINT_NO_MOVE_KNOWN;
+    return;
+  }
+  if (finished_state == SEARCH_STATE_THINKING) MoveFound();
+  if (finished_state == SEARCH_STATE_HINT) HintFound();
+}
+
+// The search for the engine's move has ended: draw offers, the move, resigning, pondering.
+void Game::MoveFound() {
+  if (search.best_move == MOVE_INVALID) return;
+  tracker.Update(Current(), search.score);
+  if (tracker.draw_offered) {
+    if (tracker.ShouldAcceptDraw()) {
+      Protocol().AcceptDraw();
+      if (Protocol().IsInteractive()) {
+        SetResult(RESULT_DRAW, REASON_AGREEMENT);
+        Protocol().ShowGameResult(RESULT_DRAW, REASON_AGREEMENT, GAME_MODE_PLAY);
+        clock.Stop();
+        return;
+      }
+    } else {
+      Out.WriteLogOnly("Engine rejects draw offer");
+      Protocol().RejectDraw(tracker.opponent_is_computer);
+    }
+    tracker.draw_offered = false;
+  }
+  PlayEngineMove(search.best_move);
+  Protocol().BoardChanged(*this);
+  if (IsFinished()) {
+    Protocol().ShowGameResult(Current().result, Current().reason, GAME_MODE_PLAY);
+    clock.Stop();
+    return;
+  }
+  if (tracker.ShouldResign()) {
+    Protocol().Resign();
+    if (Protocol().IsInteractive()) {
+      const int result = white.engine_plays ? RESULT_BLACK_WINS : RESULT_WHITE_WINS;
+      SetResult(result, REASON_RESIGNATION);
+      Protocol().ShowGameResult(result, REASON_RESIGNATION, GAME_MODE_PLAY);
+      clock.Stop();
+    }
+  } else if (tracker.ShouldOfferDraw()) {
+    Protocol().OfferDraw();
+    tracker.moves_since_offer = 0;
+  }
+  if (IsFinished() || !pondering) return;
+  if (search.pv.size() < 2) RequestSearch(SearchKind::puzzle);
+  hint = search.pv[1].move;
+  UserBoard expected = *this;
+  expected.PlayMove(hint);
+  RequestSearch(SearchKind::pondering, expected);
+}
+
+// The hint search has ended: its move is the hint, and with pondering on the search goes on from it.
+void Game::HintFound() {
+  const Move old_hint = hint;
+  hint = search.best_move != MOVE_INVALID ? search.best_move : HINT_NO_MOVE_KNOWN;
+  if (old_hint == HINT_REQUESTED || !pondering || hint == HINT_NO_MOVE_KNOWN) return;
+  UserBoard expected = *this;
+  expected.PlayMove(hint);
+  if (expected.IsFinished()) return;
+  RequestSearch(SearchKind::pondering, expected);
+}
 
 void Game::StartPondering() {
   if (hint == HINT_NO_MOVE_KNOWN || hint == HINT_REQUESTED) return;
   RequestSearch(hint == HINT_NONE ? SearchKind::puzzle : SearchKind::pondering);
 }
 
-void Game::PonderHit() { search_state = SEARCH_STATE_THINKING; }
+void Game::PonderHit() {
+  search.PonderHit();
+  search_state = SEARCH_STATE_THINKING;
+}
 
 void Game::DisplayPosition(bool verbose) const { Current().Display(verbose); }
 
-// No search exists before the search driver is built, so there is never one to report.
-const SearchReport* Game::RunningSearchReport() const { return nullptr; }
+const SearchReport* Game::RunningSearchReport() const {
+  if (IsFinished() || search_state == SEARCH_STATE_IDLE || !search.running) return nullptr;
+  return &search.Report();
+}
 
 void Game::AbortSearch(bool stopped_by_command) const {
   if (search_state != SEARCH_STATE_IDLE) throw search_aborted_exception{stopped_by_command};

@@ -10,8 +10,10 @@
 
 #include "board/types.h"
 #include "interfaces/basic_protocol.h"
+#include "interfaces/draw_resign_tracker.h"
 #include "interfaces/game_clock.h"
 #include "interfaces/user_board.h"
+#include "search/search.h"
 
 namespace ZephrinInterfaces {
 
@@ -41,28 +43,6 @@ struct Player {
   bool engine_plays = false;  // the engine makes this side's moves now
 };
 
-// What decides about draw offers and resigning; the counters are updated after each search.
-struct DrawResignTracker {
-  std::int32_t last_score = 1000000;
-  bool mate_seen = false;
-  std::int32_t mate_distance = -1;
-  std::int32_t moves = 0;
-  std::int32_t moves_since_offer = 1000;
-  std::int32_t same_score = 0;
-  std::int32_t near_zero = 0;
-  std::int32_t below_threshold = 0;
-  std::int32_t falling = 0;
-  std::int32_t rising = 0;
-  std::int32_t tablebase_verdict = 4;
-  bool draw_offered = false;
-  bool opponent_is_computer = false;  // survives a reset
-  std::int32_t contempt = 0;          // survives a reset
-
-  void Reset();
-  // A new value resets everything else.
-  void SetContempt(std::int32_t value);
-};
-
 struct not_exactly_one_player_is_played_by_engine {};
 struct no_match_engine_vs_standard_opponent {};
 
@@ -90,8 +70,13 @@ class Game : public UserBoard {
   // The same, and the move goes to the log.
   void PlayOpponentMove(Move move);
 
-  // Raises search_request_received_exception with a request of the kind for the current game.
+  // Raises search_request_received_exception with a request of the kind for `board`, by default
+  // the current game.
   [[noreturn]] void RequestSearch(SearchKind kind);
+  [[noreturn]] void RequestSearch(SearchKind kind, const UserBoard& board);
+  // The end of each search: plays the move found, decides about draws and resigning, and may ask
+  // for the next search (pondering). With `stopped_by_command` nothing is played.
+  void SearchFinished(bool stopped_by_command);
   // Starts the search on the opponent's time: a hint search when no reply is known, else a ponder
   // search on the position after the expected reply.
   void StartPondering();
@@ -135,8 +120,12 @@ class Game : public UserBoard {
   std::int32_t hint_time = 1000;
   Move hint = HINT_NONE;
   DrawResignTracker tracker;
+  Search search;
 
  private:
+  void MoveFound();
+  void HintFound();
+
   std::unique_ptr<BasicProtocol> protocol_;
 };
 

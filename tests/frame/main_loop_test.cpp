@@ -113,7 +113,7 @@ class MainLoopTest : public ::testing::Test {
   void Run(std::deque<std::string> script, int search_state = SEARCH_STATE_THINKING) {
     MainLoop loop(std::make_unique<Game>(std::make_unique<TestProtocol>(record_)),
                   std::make_unique<ScriptedInput>(std::move(script)));
-    loop.run_search = [this, search_state](MainLoop& owner, const SearchRequest*) {
+    loop.run_search = [this, search_state](MainLoop& owner, const SearchRequest&) {
       FakeSearch(owner, record_, search_state);
     };
     RunMainLoop(loop);
@@ -185,7 +185,7 @@ TEST_F(MainLoopTest, EasyEndsOnlyAPonderSearch) {
 TEST_F(MainLoopTest, ErrorsOfTheSearchAndOfCommandsAreReportedAndTheLoopGoesOn) {
   MainLoop loop(std::make_unique<Game>(std::make_unique<TestProtocol>(record_)),
                 std::make_unique<ScriptedInput>(std::deque<std::string>{"request", "sd -1", "ping 9"}));
-  loop.run_search = [](MainLoop&, const SearchRequest*) {
+  loop.run_search = [](MainLoop&, const SearchRequest&) {
     throw ErrorCommand(ErrorCommand::ERROR, "search failed", "request");
   };
   RunMainLoop(loop);
