@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "frame/input.h"
 #include "frame/tee_stream.h"
 #include "frame/version.h"
 #include "hash/hash.h"
 #include "interfaces/command.h"
 #include "interfaces/command_parser.h"
 #include "interfaces/commands.h"
+#include "interfaces/edit_mode.h"
 #include "interfaces/game.h"
 #include "interfaces/help_screen.h"
 #include "interfaces/personality_names.h"
@@ -160,6 +162,10 @@ std::unique_ptr<Command> BasicProtocol::ParseText(const std::string& text) {
     return std::make_unique<Command_DoNothing>(text);
   }
   return ParseLine(line);
+}
+
+int BasicProtocol::ReadEditCommand(EditBoard&, Square& square, PieceType& piece) {
+  return ReadEditWord(*this, [] { return ::ReadLine(); }, square, piece);
 }
 
 }  // namespace ZephrinInterfaces

@@ -6,14 +6,16 @@
 #include <memory>
 #include <string>
 
+#include "board/types.h"
 #include "frame/tokenizer.h"
-#include "interfaces/pgn.h"
 #include "interfaces/search_report.h"
 
 namespace ZephrinInterfaces {
 
 class Command;
 class Game;
+struct EditBoard;
+struct PgnTags;
 
 class BasicProtocol {
  public:
@@ -59,6 +61,9 @@ class BasicProtocol {
   virtual void DisplayPersonality();
   virtual void DisplayHashTables(bool detailed);
   virtual void BoardChanged(const Game& game) = 0;
+  // The position being set up in edit mode, after each change.
+  virtual void ShowEditBoard(const EditBoard& board) = 0;
+  // The tags of a game just read from a PGN file.
   virtual void ShowPgnTags(const PgnTags& tags) = 0;
   virtual void TellUser(const std::string& text) = 0;
   // The engine's name with personality and id, in double quotation marks.
@@ -72,6 +77,9 @@ class BasicProtocol {
 
   // Tokenizes and parses one input line; an empty line is acknowledged and does nothing.
   std::unique_ptr<Command> ParseText(const std::string& text);
+  // Reads standard input until a word of the edit vocabulary arrives and returns its code;
+  // square and piece are filled for the codes that put or clear a piece.
+  int ReadEditCommand(EditBoard& board, Square& square, PieceType& piece);
 
   bool post;                       // thinking lines are shown
   std::int16_t personality = 0;    // the value set by `personality`

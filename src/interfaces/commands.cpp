@@ -7,10 +7,12 @@
 #include "evaluation/evaluation_settings.h"
 #include "frame/checked_assert.h"
 #include "frame/control_exceptions.h"
+#include "frame/input.h"
 #include "frame/tee_stream.h"
 #include "hash/hash.h"
 #include "interfaces/basic_protocol.h"
 #include "interfaces/console_protocol.h"
+#include "interfaces/edit_mode.h"
 #include "interfaces/game.h"
 #include "interfaces/game_files.h"
 #include "interfaces/move_text.h"
@@ -227,6 +229,7 @@ void Command_Undo::Execute(Game& game) {
       game.UndoMove();
     }
   }
+  game.clock.active = game.SideToMove();  // the active clock is the side to move's
   game.hint = HINT_NONE;
   game.Protocol().BoardChanged(game);
   done = true;
@@ -267,6 +270,7 @@ void Command_Next::Execute(Game& game) {
       game.PlayNext();
     }
   }
+  game.clock.active = game.SideToMove();
   game.Protocol().BoardChanged(game);
   if (game.game_mode == GAME_MODE_ANALYZE) {
     if (!game.IsFinished()) {
@@ -384,8 +388,13 @@ int Command_Setboard::PrepareBoard(Game& game, UserBoard& prepared) {
   return INVALID;
 }
 
-// The edit loop arrives with edit mode.
-int Command_Edit::PrepareBoard(Game&, UserBoard&) { RaiseNotAvailableYet(*this); }
+static_assert(Command_SetupBoardCommands::ACCEPTED == SETUP_ACCEPTED && Command_SetupBoardCommands::INVALID == SETUP_INVALID &&
+              Command_SetupBoardCommands::CANCELLED == SETUP_CANCELLED);
+
+// Nothing else runs while the edit loop reads its own lines.
+int Command_Edit::PrepareBoard(Game& game, UserBoard& prepared) {
+  return RunEditLoop(game.Protocol(), game.Current(), prepared, [] { return ::ReadLine(); });
+}
 
 void Command_Quit::Execute(Game& game) {
   game.AbortSearch(true);

@@ -3,8 +3,10 @@
 #include <cstdlib>
 
 #include "frame/tee_stream.h"
+#include "interfaces/edit_board.h"
 #include "interfaces/game.h"
 #include "interfaces/game_files.h"
+#include "interfaces/game_result_text.h"
 
 namespace ZephrinInterfaces {
 
@@ -87,6 +89,11 @@ void ConsoleProtocol::OfferDraw() { WriteLine("Zephrin offers draw. (Note: type 
 
 void ConsoleProtocol::BoardChanged(const Game& game) {
   game.DisplayPosition(false);
+  Out.Flush();
+}
+
+void ConsoleProtocol::ShowEditBoard(const EditBoard& board) {
+  Out << board.DisplayText(true);
   Out.Flush();
 }
 

@@ -5,8 +5,10 @@
 #include "frame/input.h"
 #include "frame/string_conversions.h"
 #include "frame/tee_stream.h"
+#include "interfaces/edit_board.h"
 #include "interfaces/game.h"
 #include "interfaces/game_files.h"
+#include "interfaces/game_result_text.h"
 
 namespace ZephrinInterfaces {
 
@@ -50,6 +52,14 @@ void BasicXBoardProtocol::BoardChanged(const Game& game) {
     LogOnlySection log_only;
     game.DisplayPosition(false);
     Out << "(not sent to xboard)\n";
+  }
+  Out.Flush();
+}
+
+void BasicXBoardProtocol::ShowEditBoard(const EditBoard& board) {
+  {
+    LogOnlySection log_only;
+    Out << board.DisplayText(true) << "(not sent to xboard)\n";
   }
   Out.Flush();
 }

@@ -23,6 +23,7 @@ class BasicXBoardProtocol : public BasicProtocol {
   void Resign() override;
   void OfferDraw() override;
   void BoardChanged(const Game& game) override;
+  void ShowEditBoard(const EditBoard& board) override;
   void ShowPgnTags(const PgnTags& tags) override;
   void TellUser(const std::string& text) override;
   void ShowEditPrompt() override {}
