@@ -32,31 +32,6 @@ void CompactKeyHistory(Board& board) {
 
 }  // namespace
 
-std::string ResultText(int result) {
-  switch (result) {
-    case RESULT_WHITE_WINS: return "1-0";
-    case RESULT_BLACK_WINS: return "0-1";
-    case RESULT_DRAW: return "1/2-1/2";
-    default: return "*";
-  }
-}
-
-std::string ReasonText(int result, int reason) {
-  const bool white_wins = result == RESULT_WHITE_WINS;
-  switch (reason) {
-    case REASON_MATE: return white_wins ? "White mates" : "Black mates";
-    case REASON_RESIGNATION: return white_wins ? "Black resigns" : "White resigns";
-    case REASON_TIME: return "Lost on time";
-    case REASON_STALEMATE: return "Stalemate";
-    case REASON_INSUFFICIENT_MATERIAL: return "Insufficient material";
-    case REASON_REPETITION: return "Threefold repetition";
-    case REASON_AGREEMENT: return "Mutual agreement";
-    case REASON_FIFTY_MOVES: return "Fifthy move rule";
-    case REASON_ABORTED: return "aborted";
-    default: return "unknown reason";
-  }
-}
-
 bool GameBoard::IsMoveLegal(Move move) const { return !IsFinished() && IsLegalMove(*this, move); }
 
 void GameBoard::PlayAndCheck(Move move, std::vector<std::uint64_t>& keys) {

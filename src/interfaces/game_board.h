@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "board/board.h"
+#include "interfaces/game_result_text.h"
 
 // Values of GameBoard::result.
 constexpr int RESULT_NONE = 0;
@@ -25,11 +26,6 @@ constexpr int REASON_AGREEMENT = 6;
 constexpr int REASON_FIFTY_MOVES = 7;
 constexpr int REASON_ABORTED = 8;
 constexpr int REASON_UNKNOWN = 9;
-
-// "1-0", "0-1", "1/2-1/2", or "*" for every other value.
-std::string ResultText(int result);
-// The words that say why the game ended, e.g. "White mates" or "Threefold repetition".
-std::string ReasonText(int result, int reason);
 
 struct GameBoard : Board {
   std::int32_t result = RESULT_NONE;

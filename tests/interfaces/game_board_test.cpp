@@ -5,6 +5,8 @@
 #include "board/move_generator.h"
 #include "interfaces/game_test_helpers.h"
 
+using ZephrinInterfaces::ReasonText;
+using ZephrinInterfaces::ResultText;
 using test_helpers::GameFrom;
 using test_helpers::Play;
 
