@@ -1,6 +1,7 @@
 #include "interfaces/fen.h"
 
 #include "frame/string_conversions.h"
+#include "frame/tokenizer.h"
 
 #include <cstdint>
 #include <optional>
@@ -10,34 +11,13 @@ namespace ZephrinInterfaces {
 
 namespace {
 
-std::vector<std::string> SplitFields(const std::string& text) {
-  std::vector<std::string> fields;
-  std::string current;
-  for (char ch : text) {
-    if (ch == ' ' || ch == '\t' || ch == '\r' || ch == '\n') {
-      if (!current.empty()) fields.push_back(current);
-      current.clear();
-    } else {
-      current += ch;
-    }
+// ToInt's strict reading; anything it refuses is malformed FEN text.
+std::int64_t ReadNumber(const std::string& text, const char* what) {
+  try {
+    return ToInt(text);
+  } catch (const string_conversion_error&) {
+    throw fen_io_error(std::string("bad ") + what + " in FEN: " + text);
   }
-  if (!current.empty()) fields.push_back(current);
-  return fields;
-}
-
-// A strict decimal number: optional leading '-', digits only, within 32 bits; leading zeros
-// allowed. Returns false for anything else.
-bool ParseInt(const std::string& text, std::int64_t& value) {
-  std::size_t i = text.size() > 1 && text[0] == '-' ? 1 : 0;
-  if (i == text.size()) return false;
-  std::int64_t magnitude = 0;
-  for (; i < text.size(); ++i) {
-    if (text[i] < '0' || text[i] > '9') return false;
-    magnitude = magnitude * 10 + (text[i] - '0');
-    if (magnitude > 2147483648LL) return false;
-  }
-  value = text[0] == '-' ? -magnitude : magnitude;
-  return value >= -2147483648LL && value <= 2147483647LL;
 }
 
 int PieceFromLetter(char letter) {
@@ -96,7 +76,12 @@ int ReadCastling(const std::string& field) {
 }  // namespace
 
 FenCounts ReadFen(const std::string& text, Board& board) {
-  const std::vector<std::string> fields = SplitFields(text);
+  std::vector<std::string> fields;
+  try {
+    fields = TokenizeLine(text).tokens;
+  } catch (const ZephrinUtils::tokenize_exception&) {
+    throw fen_io_error("unterminated quotation in FEN");
+  }
   if (fields.size() != 6) throw fen_io_error("FEN needs six fields");
   Piece squares[64];
   ReadPlacement(fields[0], squares);
@@ -109,12 +94,11 @@ FenCounts ReadFen(const std::string& text, Board& board) {
     if (!square) throw fen_io_error("bad en-passant square in FEN: " + fields[3]);
     ep = *square;
   }
-  std::int64_t half_moves = 0, full_moves = 0;
-  if (!ParseInt(fields[4], half_moves) || half_moves < 0 || half_moves > 100)
-    throw fen_io_error("bad half-move count in FEN: " + fields[4]);
+  const std::int64_t half_moves = ReadNumber(fields[4], "half-move count");
+  if (half_moves < 0 || half_moves > 100) throw fen_io_error("bad half-move count in FEN: " + fields[4]);
   // The move number is limited so that the ply count stays a 32-bit number.
-  if (!ParseInt(fields[5], full_moves) || full_moves < 0 || full_moves > 1000000000)
-    throw fen_io_error("bad move number in FEN: " + fields[5]);
+  const std::int64_t full_moves = ReadNumber(fields[5], "move number");
+  if (full_moves < 0 || full_moves > 1000000000) throw fen_io_error("bad move number in FEN: " + fields[5]);
 
   Board result;
   if (!result.SetPosition(squares, side, ep, castling)) throw fen_invalid_position("Illegal position");

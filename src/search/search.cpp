@@ -103,7 +103,7 @@ void Search::IterativeDeepening() {
 
 void Search::RunIterations() {
   if (root_moves.empty()) return;
-  int limit = max_depth != 0 && mode != SEARCH_ANALYZE ? max_depth + 1 : ITERATION_LIMIT;
+  int limit = max_depth != 0 && mode != SEARCH_ANALYZE ? std::min(max_depth, ITERATION_LIMIT - 1) + 1 : ITERATION_LIMIT;
   best_move = root_moves[0]->move;
   for (iteration = 1; iteration < limit; ++iteration) {
     SearchIteration();

@@ -39,6 +39,13 @@ TEST(CommandLineEndToEnd, OptionsRunBeforeTheLoopWithForceFirst) {
   EXPECT_EQ(run.status, 0);
 }
 
+TEST(CommandLineEndToEnd, ValuesGivenWithEqualsMayBeNegative) {
+  const EngineRun run = RunEngine({"--contempt=-20", "--personality", "Fenx"}, "personality\nprotover 2\n");
+  EXPECT_TRUE(run.out.starts_with(P + "Personality: Fenx (1000)\n" + P + "feature analyze=1\n")) << run.out;
+  EXPECT_NE(run.out.find("feature myname=\"Fenx Zephrin\"\n"), std::string::npos);
+  EXPECT_EQ(run.status, 0);
+}
+
 TEST(CommandLineEndToEnd, AWordWithoutDashesWarnsAndWorks) {
   const EngineRun run = RunEngine({"hash", "trans", "8M"}, "hash\n");
   EXPECT_EQ(run.err, "Warning: Expecting '-' before option \"hash\"! Continuing...\n");

@@ -74,6 +74,13 @@ TEST(ConsoleEndToEnd, SettingsThatNeedNothingElse) {
                          "evaluation hashtable: 4.00 megabyte\n#total slots:    262144\n#free  slots:    262144\n"
                          "fill percentage: 0.00%\n\n" +
                          P + P + "Error (argument out of bounds): sd -3\n" + P);
+  // The personality's name covers the values from its own towards 0; changing it needs force mode.
+  const EngineRun personality = RunEngine(
+      {}, "personality 5\nforce\npersonality 5\npersonality\npersonality 5000\npersonality\npersonality -20\n"
+          "personality\npersonality 0\npersonality\n");
+  EXPECT_EQ(personality.out, P + "Error (must be in force mode): personality 5\n" + P + P + P + "Personality: Gremlow (5)\n" +
+                                 P + P + "Personality: Fenx (1000)\n" + P + P + "Personality: Ondrith (-20)\n" + P + P +
+                                 "Personality: Zephrin (0)\n" + P);
   // Resizing needs force mode.
   const EngineRun refused = RunEngine({}, "hash trans 8M\n");
   EXPECT_EQ(refused.out, P + "Error (must be in force mode): hash trans 8M\n" + P);

@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cerrno>
 #include <cstring>
@@ -26,7 +27,7 @@ bool Drain(int fd, std::string& text) {
 }  // namespace
 
 EngineRun RunEngine(const std::vector<std::string>& arguments, const std::string& input, int timeout_seconds,
-                    const std::string& binary) {
+                    int close_after_ms, const std::string& binary) {
   EngineRun run;
   int to_engine[2], from_engine[2], errors[2];
   if (pipe(to_engine) != 0 || pipe(from_engine) != 0 || pipe(errors) != 0) return run;
@@ -50,19 +51,24 @@ EngineRun RunEngine(const std::vector<std::string>& arguments, const std::string
   signal(SIGPIPE, SIG_IGN);
   fcntl(to_engine[1], F_SETFL, O_NONBLOCK);
 
+  using Clock = std::chrono::steady_clock;
   std::size_t written = 0;
   int input_fd = to_engine[1];
-  if (input.empty()) {
-    close(input_fd);
-    input_fd = -1;
-  }
+  const auto deadline = Clock::now() + std::chrono::seconds(timeout_seconds);
+  auto close_time = Clock::time_point::max();
+  if (input.empty()) close_time = Clock::now() + std::chrono::milliseconds(close_after_ms);
   bool out_open = true, err_open = true;
-  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(timeout_seconds);
   while (out_open || err_open) {
-    pollfd fds[3] = {{from_engine[0], POLLIN, 0}, {errors[0], POLLIN, 0}, {input_fd, POLLOUT, 0}};
-    const int remaining = static_cast<int>(
-        std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now()).count());
-    if (remaining <= 0) {
+    if (input_fd >= 0 && Clock::now() >= close_time) {
+      close(input_fd);
+      input_fd = -1;
+    }
+    const bool writing = input_fd >= 0 && written < input.size();
+    pollfd fds[3] = {{from_engine[0], POLLIN, 0}, {errors[0], POLLIN, 0}, {writing ? input_fd : -1, POLLOUT, 0}};
+    const auto wake = std::min(deadline, close_time);
+    const int remaining = static_cast<int>(std::max<long long>(
+        0, std::chrono::duration_cast<std::chrono::milliseconds>(wake - Clock::now()).count() + 1));
+    if (Clock::now() >= deadline) {
       run.timed_out = true;
       kill(pid, SIGKILL);
       break;
@@ -70,14 +76,11 @@ EngineRun RunEngine(const std::vector<std::string>& arguments, const std::string
     if (poll(fds, 3, remaining) < 0 && errno != EINTR) break;
     if (out_open && (fds[0].revents & (POLLIN | POLLHUP | POLLERR))) out_open = Drain(from_engine[0], run.out);
     if (err_open && (fds[1].revents & (POLLIN | POLLHUP | POLLERR))) err_open = Drain(errors[0], run.err);
-    if (input_fd >= 0 && (fds[2].revents & (POLLOUT | POLLERR | POLLHUP))) {
+    if (writing && (fds[2].revents & (POLLOUT | POLLERR | POLLHUP))) {
       const ssize_t count = write(input_fd, input.data() + written, input.size() - written);
       if (count > 0) written += static_cast<std::size_t>(count);
       if (count < 0 && errno != EAGAIN && errno != EINTR) written = input.size();
-      if (written == input.size()) {
-        close(input_fd);
-        input_fd = -1;
-      }
+      if (written == input.size()) close_time = Clock::now() + std::chrono::milliseconds(close_after_ms);
     }
   }
   if (input_fd >= 0) close(input_fd);

@@ -13,9 +13,10 @@ struct EngineRun {
 };
 
 // Starts ZEPHRIN_BINARY (or `binary`) with `arguments`, writes `input` to its standard input and
-// closes it, and waits for the end, at most `timeout_seconds`.
+// closes it, and waits for the end, at most `timeout_seconds`. With `close_after_ms`, standard
+// input stays open that long after the input is written, as with a front end that waits.
 EngineRun RunEngine(const std::vector<std::string>& arguments, const std::string& input, int timeout_seconds = 60,
-                    const std::string& binary = ZEPHRIN_BINARY);
+                    int close_after_ms = 0, const std::string& binary = ZEPHRIN_BINARY);
 
 // The prompt of the console protocol as it appears on standard output, e.g. Prompt("White 1").
 std::string Prompt(const std::string& side_and_move);

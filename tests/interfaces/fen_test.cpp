@@ -81,6 +81,7 @@ TEST(Fen, MalformedTextIsAnIoErrorAndLeavesTheBoardAlone) {
            "4k3/8/8/8/8/8/8/8/4K3 w - - 0 1",            // nine ranks
            "4k3/8/8/8/8/8/8/4K3/ w - - 0 1",
            "4k3//8/8/8/8/8/4K3 w - - 0 1",
+           "4k3/8/8/8/8/8/8/4K3 w - - \"0 1",           // an unterminated quotation
        }) {
     EXPECT_THROW(ReadFen(bad, board), fen_io_error) << bad;
     EXPECT_EQ(0, std::memcmp(board.squares, before.squares, sizeof(board.squares))) << bad;
