@@ -1,5 +1,7 @@
 #include "evaluation/evaluation_record.h"
 
+#include <cstdlib>
+
 #include "board/bitboard.h"
 #include "board/board.h"
 #include "evaluation/position_type.h"
@@ -73,4 +75,12 @@ void StartSideFacts(EvaluationRecord& record, const Board& board) {
     record.side_facts[c].king_wing = WING_OF_FILE[FileOf(king)];
     record.side_facts[c].attacks = Tables.king_attacks[king];
   }
+}
+
+bool TakeLazyExit(EvaluationRecord& record, int bound, int estimate, int margin, int& answer) {
+  int d = bound - estimate;
+  if (!record.allow_lazy_exits || std::abs(d) <= margin) return false;
+  record.lazy = true;
+  answer = d >= 1 ? bound - 1 : bound;
+  return true;
 }

@@ -123,3 +123,8 @@ void ComputeFileSets(EvaluationRecord& record, const Board& board);
 void SetBishopPairs(EvaluationRecord& record, const Board& board);
 // `king_wing`, and `attacks` started with the king's attacks.
 void StartSideFacts(EvaluationRecord& record, const Board& board);
+
+// The lazy test of an evaluator that estimates one value, from the side to move's view: when the
+// estimate lies more than `margin` away from the bound, sets `lazy`, puts bound - 1 (not reached)
+// or bound (reached) into `answer` and returns true. Never taken while `allow_lazy_exits` is off.
+bool TakeLazyExit(EvaluationRecord& record, int bound, int estimate, int margin, int& answer);

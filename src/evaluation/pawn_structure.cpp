@@ -48,10 +48,6 @@ const std::int16_t MIDDLEGAME_PAWN_DYNAMIC[64] = {
       0,   0,   0,   0,   0,   0,   0,   0,
 };
 
-void ComputePawnFacts(EvaluationRecord&, const Board&) {
-  // Not written yet: the pawn facts stay empty.
-}
-
 void EvaluatePawnStructure(EvaluationRecord&, const Board&, const std::int16_t*, const std::int16_t*) {
   // Not written yet: the pawn structure contributes nothing.
 }

@@ -6,6 +6,7 @@
 
 #include "board/board.h"
 #include "evaluation/evaluation_record.h"
+#include "evaluation/pawn_facts.h"
 #include "evaluation/score_pair.h"
 
 // Pawn square tables of the two variants, by square for White.
@@ -13,10 +14,6 @@ extern const std::int16_t OPENING_PAWN_POSITIONAL[64];
 extern const std::int16_t OPENING_PAWN_DYNAMIC[64];
 extern const std::int16_t MIDDLEGAME_PAWN_POSITIONAL[64];
 extern const std::int16_t MIDDLEGAME_PAWN_DYNAMIC[64];
-
-// Fills the facts of both colours and adds the pawns' attacks to `side_facts.attacks`. The part
-// that the pawn table keeps runs only when `from_hash` is 0.
-void ComputePawnFacts(EvaluationRecord& record, const Board& board);
 
 // Writes `pawn_summary` for the full evaluator, on a pawn table miss.
 void EvaluatePawnStructure(EvaluationRecord& record, const Board& board,

@@ -1,0 +1,199 @@
+// Games played by hand to their end at the console and over XBoard: the prompt before each line,
+// the board after each move, the result when the rules end the game, and taking moves back.
+#include <gtest/gtest.h>
+
+#include <stdlib.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "e2e/engine_process.h"
+#include "interfaces/user_board.h"
+
+namespace {
+
+// The diagram that the console prints after a move, for a position given as FEN.
+std::string Diagram(const std::string& fen) {
+  UserBoard game;
+  game.SetFromFen(fen);
+  return game.Current().DisplayText(false);
+}
+
+std::string ReadFile(const std::string& name) {
+  std::ifstream in(name);
+  std::stringstream text;
+  text << in.rdbuf();
+  return text.str();
+}
+
+// A directory of its own for each test that writes files, removed at the end.
+class TemporaryDirectory {
+ public:
+  TemporaryDirectory() {
+    char pattern[] = "/tmp/zephrin-game-XXXXXX";
+    path = mkdtemp(pattern) != nullptr ? pattern : "";
+  }
+  ~TemporaryDirectory() {
+    if (!path.empty()) std::filesystem::remove_all(path);
+  }
+  std::string File(const std::string& name) const { return path + "/" + name; }
+  std::string path;
+};
+
+// The position after each line of `lines`, written by write_fen after the last one.
+std::string FenAfter(const std::string& lines) {
+  TemporaryDirectory directory;
+  RunEngine({}, lines + "write_fen " + directory.File("p.fen") + "\n");
+  return ReadFile(directory.File("p.fen"));
+}
+
+}  // namespace
+
+TEST(GameEndEndToEnd, AWholeGameToMateAtTheConsole) {
+  const EngineRun run = RunEngine({}, "force\nf3\ne7e5\ng4\nQh4#\ne4\nresult 1-0\n");
+  EXPECT_EQ(run.out, Prompt("White 1") + Prompt("White 1") +
+                         Diagram("rnbqkbnr/pppppppp/8/8/8/5P2/PPPPP1PP/RNBQKBNR b KQkq - 0 1") + Prompt("Black 1") +
+                         Diagram("rnbqkbnr/pppp1ppp/8/4p3/8/5P2/PPPPP1PP/RNBQKBNR w KQkq - 0 2") + Prompt("White 2") +
+                         Diagram("rnbqkbnr/pppp1ppp/8/4p3/6P1/5P2/PPPPP2P/RNBQKBNR b KQkq - 0 2") + Prompt("Black 2") +
+                         Diagram("rnb1kbnr/pppp1ppp/8/4p3/6Pq/5P2/PPPPP2P/RNBQKBNR w KQkq - 1 3") +
+                         "game over: 0-1 (Black mates)\n" + Prompt("White 3") +
+                         // A finished game takes no more moves, and its result stands.
+                         "Illegal move: e4\n" + Prompt("White 3") + "Command ignored (game over)\n" + Prompt("White 3"));
+  EXPECT_EQ(run.status, 0);
+}
+
+TEST(GameEndEndToEnd, TheRulesEndTheGame) {
+  const auto last_lines = [](const std::string& input) {
+    const std::string out = RunEngine({}, input).out;
+    const std::size_t end = out.rfind('\n', out.size() - 1);
+    const std::size_t start = out.rfind('\n', end - 1);
+    return out.substr(start + 1, end - start);
+  };
+  EXPECT_EQ(last_lines("force\nsetboard 7k/8/5K2/8/8/8/8/6Q1 w - - 0 1\nQg6\n"), "game over: 1/2-1/2 (Stalemate)\n");
+  // The third occurrence of the position after 1. Nf3 draws, two moves before the start position's.
+  EXPECT_EQ(last_lines("force\nNf3\nNf6\nNg1\nNg8\nNf3\nNf6\nNg1\nNg8\nNf3\n"),
+            "game over: 1/2-1/2 (Threefold repetition)\n");
+  EXPECT_EQ(last_lines("force\nsetboard 4k3/8/8/8/8/8/8/R3K3 w - - 99 60\nRa2\n"),
+            "game over: 1/2-1/2 (Fifthy move rule)\n");
+  // Mate on the hundredth reversible ply is mate.
+  EXPECT_EQ(last_lines("force\nsetboard k7/8/1K6/8/8/8/8/7R w - - 99 80\nRh8\n"), "game over: 1-0 (White mates)\n");
+  EXPECT_EQ(last_lines("force\nsetboard 4k3/8/8/8/8/2n5/3p4/4KB2 w - - 0 1\nKxd2\n"),
+            "game over: 1/2-1/2 (Insufficient material)\n");
+  // Two knights can't force mate, but they may mate: the game goes on.
+  EXPECT_EQ(RunEngine({}, "force\nsetboard 4k3/8/8/8/8/8/8/1NN1K3 w - - 0 1\nKf2\n").out.find("game over"),
+            std::string::npos);
+  // A position reached a third time by other moves draws as well.
+  // The castling rights count: the position after 2. Ke2 with Black still able to castle never returns.
+  const std::string walk = "force\ne4\ne5\nKe2\nKe7\nKe1\nKe8\nKe2\nKe7\nKe1\nKe8\nKe2\n";
+  EXPECT_EQ(RunEngine({}, walk).out.find("game over"), std::string::npos);
+  EXPECT_EQ(last_lines(walk + "Ke7\n"), "game over: 1/2-1/2 (Threefold repetition)\n");
+}
+
+TEST(GameEndEndToEnd, UndoAndNextRoundTrips) {
+  const std::string moves = "force\ne4\ne5\nNf3\nNc6\nBb5\n";
+  const std::string after_five = "r1bqkbnr/pppp1ppp/2n5/1B2p3/4P3/5N2/PPPP1PPP/RNBQK2R b KQkq - 3 3\n";
+  EXPECT_EQ(FenAfter(moves), after_five);
+  EXPECT_EQ(FenAfter(moves + "undo 3\nnext 3\n"), after_five);
+  EXPECT_EQ(FenAfter(moves + "undo all\nnext all\n"), after_five);
+  EXPECT_EQ(FenAfter(moves + "undo 2\nnext\n"), "r1bqkbnr/pppp1ppp/2n5/4p3/4P3/5N2/PPPP1PPP/RNBQKB1R w KQkq - 2 3\n");
+  // Replaying the taken back move by hand keeps the rest of the buffer; another move clears it.
+  EXPECT_EQ(FenAfter(moves + "undo 3\nNf3\nnext 2\n"), after_five);
+  const EngineRun cleared = RunEngine({}, moves + "undo 3\nd4\nnext\n");
+  EXPECT_TRUE(cleared.out.ends_with("Error (next move buffer is empty): next\n" + Prompt("Black 2"))) << cleared.out;
+  // Undo reopens a mated game; replaying the mate ends it again.
+  const std::string mated = RunEngine({}, "force\nf3\ne5\ng4\nQh4\nundo\nnext\nundo 2\nnext all\n").out;
+  std::size_t count = 0;
+  for (std::size_t at = mated.find("game over: 0-1 (Black mates)"); at != std::string::npos;
+       at = mated.find("game over: 0-1 (Black mates)", at + 1)) {
+    ++count;
+  }
+  EXPECT_EQ(count, 1u) << "next replays without announcing the result again";
+  EXPECT_TRUE(mated.ends_with(Prompt("White 3"))) << mated;
+  EXPECT_EQ(FenAfter("force\nf3\ne5\ng4\nQh4\nundo\nd5\n"),
+            "rnbqkbnr/ppp2ppp/8/3pp3/6P1/5P2/PPPPP2P/RNBQKBNR w KQkq d6 0 3\n");
+}
+
+TEST(GameEndEndToEnd, XBoardForceModePlay) {
+  const EngineRun run = RunEngine({}, "xboard\nprotover 2\nnew\nforce\nusermove e2e4\nusermove e7e5\nusermove Qh5\n"
+                                      "usermove Nc6\nusermove Bc4\nusermove Nf6\nusermove e2e5\nusermove h5f7\n"
+                                      "usermove a7a6\nresult 1-0 {White mates}\nping 1\n");
+  const std::string features = run.out.substr(0, run.out.find("feature done=1\n") + 15);
+  // In force mode a front end hears of neither the mate nor the result it sends.
+  EXPECT_EQ(run.out, features + "Illegal move: usermove e2e5\nIllegal move: usermove a7a6\npong 1\n");
+  EXPECT_EQ(FenAfter("xboard\nforce\nusermove e2e4\nusermove e7e5\nusermove Qh5\nusermove Nc6\nusermove Bc4\n"
+                     "usermove Nf6\nusermove h5f7\n"),
+            "r1bqkb1r/pppp1Qpp/2n2n2/4p3/2B1P3/8/PPPP1PPP/RNB1K1NR b KQkq - 0 4\n");
+  // In a game that the engine plays, the front end hears the result of the opponent's mate.
+  const EngineRun played = RunEngine({}, "xboard\nforce\nf3\ne5\ng4\nblack\nusermove d8h4\nping 2\n");
+  EXPECT_EQ(played.out, Prompt("White 1") + "0-1 {Black mates}\npong 2\n");
+}
+
+TEST(GameEndEndToEnd, BadInputLeavesTheGameAsItWas) {
+  TemporaryDirectory directory;
+  const std::string bad_pgn = directory.File("bad.pgn");
+  std::ofstream(bad_pgn) << "[Event \"x\"]\n\n1. e4 e5 2. Nf3 Nf6?? 3. Kxe8 1-0\n";
+  const std::string truncated_pgn = directory.File("truncated.pgn");
+  std::ofstream(truncated_pgn) << "[Event \"x\"]\n\n1. e4 e5 2. Nf3\n";
+  const std::string bad_fen = directory.File("bad.fen");
+  std::ofstream(bad_fen) << "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0\n";
+  const std::string illegal_fen = directory.File("illegal.fen");
+  std::ofstream(illegal_fen) << "8/8/8/8/8/8/8/8 w - - 0 1\n";
+
+  std::string input = "force\ne4\ne5\nNf3\n";
+  std::vector<std::string> failing = {"setboard rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0",
+                                      "setboard 8/8/8/8/8/8/8/8 w - - 0 1",
+                                      "Ke3",
+                                      "Nxe5x",
+                                      "O-O",
+                                      "usermove e7e5",
+                                      "read_pgn " + bad_pgn,
+                                      "read_pgn " + truncated_pgn,
+                                      "read_pgn " + directory.File("missing.pgn"),
+                                      "read_fen " + bad_fen,
+                                      "read_fen " + illegal_fen,
+                                      "undo 0",
+                                      "next"};
+  for (std::size_t i = 0; i < failing.size(); ++i) {
+    input += failing[i] + "\nwrite_fen " + directory.File(std::to_string(i) + ".fen") + "\n";
+  }
+  const std::string before_each = "rnbqkbnr/pppp1ppp/8/4p3/4P3/5N2/PPPP1PPP/RNBQKB1R b KQkq - 1 2\n";
+  const EngineRun run = RunEngine({}, input);
+  for (std::size_t i = 0; i < failing.size(); ++i) {
+    EXPECT_EQ(ReadFile(directory.File(std::to_string(i) + ".fen")), before_each) << failing[i];
+  }
+  const std::string P = Prompt("Black 2");
+  for (const std::string& text :
+       {P + "Command ignored (input inconsistent with FEN standard)\nCommand ignored (Illegal position)\n",
+        P + "Command ignored (Illegal position)\n", P + "Illegal move: Ke3\n", P + "Illegal move: Nxe5x\n",
+        P + "Illegal move: O-O\n", P + "Illegal move: usermove e7e5\n",
+        P + "Error (Illegal move): read_pgn " + bad_pgn + "\n",
+        P + "Error (could not read PGN file): read_pgn " + truncated_pgn + "\n",
+        P + "Error (could not open file): read_pgn " + directory.File("missing.pgn") + "\n",
+        P + "Error (could not read FEN file): read_fen " + bad_fen + "\n",
+        P + "Error (Illegal position): read_fen " + illegal_fen + "\n",
+        P + "Error (argument out of bounds): undo 0\n", P + "Error (next move buffer is empty): next\n"}) {
+    EXPECT_NE(run.out.find(text), std::string::npos) << text;
+  }
+}
+
+TEST(GameEndEndToEnd, FilesThatCannotBeWritten) {
+  const EngineRun run =
+      RunEngine({}, "write_fen /nonexistent-zephrin/p.fen\nwrite_pgn /nonexistent-zephrin/g.pgn\nwrite_pgn /\n");
+  EXPECT_EQ(run.out, Prompt("White 1") + "Error (could not open file): write_fen /nonexistent-zephrin/p.fen\n" +
+                         Prompt("White 1") + "Error (could not open file): write_pgn /nonexistent-zephrin/g.pgn\n" +
+                         Prompt("White 1") + "Error (could not open file): write_pgn /\n" + Prompt("White 1"));
+}
+
+TEST(GameEndEndToEnd, AGameWrittenAndReadBackAsPgn) {
+  TemporaryDirectory directory;
+  const std::string pgn = directory.File("game.pgn");
+  RunEngine({}, "force\nname Tal\nd4\nNf6\nc4\ne6\nNc3\nBb4\nresult 1/2-1/2 {agreed}\nwrite_pgn " + pgn + "\n");
+  EXPECT_EQ(ReadFile(pgn), "[Event \"?\"]\n[Site \"?\"]\n[Date \"????.??.??\"]\n[Round \"-\"]\n[White \"Tal\"]\n"
+                           "[Black \"Zephrin\"]\n[Result \"1/2-1/2\"]\n[TimeControl \"?\"]\n\n"
+                           "1. d4 Nf6 2. c4 e6 3. Nc3 Bb4 \n1/2-1/2\n");
+  // Read back, the game stands at its start with every move ready for `next`.
+  EXPECT_EQ(FenAfter("force\nread_pgn " + pgn + "\n"), "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1\n");
+  EXPECT_EQ(FenAfter("force\nread_pgn " + pgn + "\nnext all\n"),
+            "rnbqk2r/pppp1ppp/4pn2/8/1bPP4/2N5/PP2PPPP/R1BQKBNR w KQkq - 2 4\n");
+}

@@ -1,0 +1,241 @@
+#include "evaluation/pawn_structure.h"
+
+#include <gtest/gtest.h>
+
+#include <initializer_list>
+
+#include "board/bitboard.h"
+#include "evaluation/pawn_hash_entry.h"
+#include "evaluation_test_support.h"
+#include "frame/string_conversions.h"
+
+namespace {
+
+using evaluation_test::ForEachNode;
+using evaluation_test::FromFen;
+using evaluation_test::Mirrored;
+using evaluation_test::WalkStarts;
+
+Bitboard Squares(std::initializer_list<const char*> names) {
+  Bitboard set = 0;
+  for (const char* name : names) set |= SquareBit(*ParseSquare(name));
+  return set;
+}
+
+Bitboard Flipped(Bitboard b) { return __builtin_bswap64(b); }
+
+// The record as the evaluators prepare it on a pawn table miss, with the facts computed.
+EvaluationRecord FactsOf(const Board& board) {
+  EvaluationRecord record{};
+  ClearEvaluationRecord(record);
+  BuildPawnSquares(record, board);
+  FindPassedPawns(record, board);
+  ComputeFileSets(record, board);
+  StartSideFacts(record, board);
+  ComputePawnFacts(record, board);
+  return record;
+}
+
+// The facts of the pawns that a later pawn table hit restores or recomputes.
+void ExpectSameKeptFacts(const PawnFacts& a, const PawnFacts& b, const char* fen) {
+  EXPECT_EQ(a.passed, b.passed) << fen;
+  EXPECT_EQ(a.passed_count, b.passed_count) << fen;
+  EXPECT_EQ(a.pawn_count, b.pawn_count) << fen;
+  EXPECT_EQ(a.attacks, b.attacks) << fen;
+  EXPECT_EQ(a.attacked_once, b.attacked_once) << fen;
+  EXPECT_EQ(a.attacked_twice, b.attacked_twice) << fen;
+  EXPECT_EQ(a.attack_majority, b.attack_majority) << fen;
+  EXPECT_EQ(a.defended, b.defended) << fen;
+  EXPECT_EQ(a.blocked, b.blocked) << fen;
+  EXPECT_EQ(a.restrained, b.restrained) << fen;
+  EXPECT_EQ(a.duos, b.duos) << fen;
+  EXPECT_EQ(a.doubled, b.doubled) << fen;
+  EXPECT_EQ(a.safe_advance, b.safe_advance) << fen;
+  EXPECT_EQ(a.isolated, b.isolated) << fen;
+  EXPECT_EQ(a.backward, b.backward) << fen;
+  EXPECT_EQ(a.backward_weak, b.backward_weak) << fen;
+  for (int file = 0; file < 8; ++file) EXPECT_EQ(a.file_counts[file], b.file_counts[file]) << fen;
+}
+
+TEST(PawnFacts, StartPosition) {
+  EvaluationRecord record = FactsOf(Board());
+  const PawnFacts& white = record.pawns[WHITE];
+  const PawnFacts& black = record.pawns[BLACK];
+  EXPECT_EQ(white.attacks, RankMask(2));
+  EXPECT_EQ(white.attacked_once, Squares({"a3", "h3"}));
+  EXPECT_EQ(white.attacked_twice, RankMask(2) & ~Squares({"a3", "h3"}));
+  EXPECT_EQ(white.attack_majority, RankMask(2));
+  EXPECT_EQ(black.attack_majority, RankMask(5));
+  EXPECT_EQ(white.duos, RankMask(1));
+  EXPECT_EQ(black.duos, RankMask(6));
+  EXPECT_EQ(white.defended | black.defended | white.doubled | white.isolated | white.backward, 0u);
+  // Knights and bishops stand on no stop square; the pieces' attacks come on top of the king's.
+  EXPECT_EQ(white.blocked | black.blocked | record.rammed, 0u);
+  EXPECT_EQ(record.side_facts[WHITE].attacks & RankMask(2), RankMask(2));
+  // The pawns may walk up to the squares that the enemy pawns control.
+  EXPECT_EQ(white.safe_advance, RankMask(2) | RankMask(3) | RankMask(4));
+  EXPECT_EQ(black.safe_advance, RankMask(5) | RankMask(4) | RankMask(3));
+  EXPECT_EQ(record.openness, 4);
+  EXPECT_EQ(record.majority[0].owner, 0u);
+  EXPECT_EQ(record.majority[1].owner, 0u);
+}
+
+TEST(PawnFacts, BlockedRestrainedAndRammedPawns) {
+  // White: a2 b3 d4 e4 e5(doubled) g2; Black: b4 d5 e6 g6 h7, a knight on g3.
+  Board board = FromFen("4k3/7p/4p1p1/3pP3/1p1PP3/1P4n1/P5P1/4K3 w - - 0 1");
+  EvaluationRecord record = FactsOf(board);
+  const PawnFacts& white = record.pawns[WHITE];
+  const PawnFacts& black = record.pawns[BLACK];
+  EXPECT_EQ(white.blocked, Squares({"b3", "d4", "e4", "e5", "g2"}));
+  EXPECT_EQ(black.blocked, Squares({"b4", "d5", "e6"}));
+  // a2's stop square a3 is attacked by b4.
+  EXPECT_EQ(white.restrained, white.blocked | Squares({"a2"}));
+  // g6's stop square g5 is free and unattacked; h7's h6 likewise.
+  EXPECT_EQ(black.restrained, black.blocked);
+  // Both pawns of a white-black ram, and a white pawn behind a white pawn; the knight holds g2 but
+  // doesn't ram it.
+  EXPECT_EQ(record.rammed, Squares({"b3", "b4", "d4", "d5", "e4", "e5", "e6"}));
+  EXPECT_EQ(white.doubled, Squares({"e4", "e5"}));
+  EXPECT_EQ(white.file_counts[4], 2);
+  EXPECT_EQ(white.defended, Squares({"b3", "e5"}));
+  EXPECT_EQ(black.defended, Squares({"d5", "g6"}));
+  EXPECT_EQ(white.duos, Squares({"d4", "e4"}));
+  EXPECT_EQ(black.duos, 0u);
+  EXPECT_EQ(white.isolated, Squares({"g2"}));
+  EXPECT_EQ(black.isolated, Squares({"b4"}));
+  // Two free files each, none free of both; 11 pawns, 5 central, 7 rammed of which 5 central.
+  EXPECT_EQ(record.openness, 1);
+}
+
+TEST(PawnFacts, SafeAdvanceAndBackwardPawns) {
+  // e4 against d6 and f6: e5 belongs to Black, so e4 can't move and no pawn will ever guard e5.
+  // Black's pawns face the same on d5 and f5, and are still on their third rank: weak.
+  EvaluationRecord record = FactsOf(FromFen("4k3/8/3p1p2/8/4P3/8/8/4K3 w - - 0 1"));
+  EXPECT_EQ(record.pawns[WHITE].safe_advance, 0u);
+  EXPECT_EQ(record.pawns[WHITE].backward, Squares({"e4"}));
+  EXPECT_EQ(record.pawns[WHITE].backward_weak, 0u);
+  EXPECT_EQ(record.pawns[BLACK].safe_advance, 0u);
+  EXPECT_EQ(record.pawns[BLACK].backward, Squares({"d6", "f6"}));
+  EXPECT_EQ(record.pawns[BLACK].backward_weak, Squares({"d6", "f6"}));
+
+  // d2 may step to d3, where it would be backward against c5 and e5: the flag goes on d2.
+  record = FactsOf(FromFen("4k3/8/8/2p1p3/8/8/3P4/4K3 w - - 0 1"));
+  EXPECT_EQ(record.pawns[WHITE].safe_advance, Squares({"d3"}));
+  EXPECT_EQ(record.pawns[WHITE].backward, Squares({"d2"}));
+  EXPECT_EQ(record.pawns[WHITE].backward_weak, Squares({"d2"}));
+  EXPECT_EQ(record.pawns[BLACK].backward, 0u);
+
+  // With c2 beside it, c2 can guard d3 from where it stands, and c2 itself walks to c4.
+  record = FactsOf(FromFen("4k3/8/8/2p1p3/8/8/2PP4/4K3 w - - 0 1"));
+  EXPECT_EQ(record.pawns[WHITE].safe_advance, Squares({"c3", "c4", "d3"}));
+  EXPECT_EQ(record.pawns[WHITE].backward, 0u);
+
+  // A pawn on its third rank held by two enemy pawns is weak.
+  record = FactsOf(FromFen("4k3/8/8/1p1p4/8/2P5/8/4K3 w - - 0 1"));
+  EXPECT_EQ(record.pawns[WHITE].backward, Squares({"c3"}));
+  EXPECT_EQ(record.pawns[WHITE].backward_weak, Squares({"c3"}));
+}
+
+TEST(PawnFacts, IsolatedAndDoubledPawns) {
+  EvaluationRecord record = FactsOf(FromFen("4k3/p1p5/8/8/8/P7/P1P3P1/4K3 w - - 0 1"));
+  EXPECT_EQ(record.pawns[WHITE].isolated, Squares({"a2", "a3", "c2", "g2"}));
+  EXPECT_EQ(record.pawns[WHITE].doubled, Squares({"a2", "a3"}));
+  EXPECT_EQ(record.pawns[WHITE].file_counts[0], 2);
+  EXPECT_EQ(record.pawns[BLACK].isolated, Squares({"a7", "c7"}));
+  EXPECT_EQ(record.pawns[BLACK].doubled, 0u);
+}
+
+TEST(PawnFacts, WingMajorities) {
+  struct Case {
+    const char* fen;
+    WingMajority queenside, kingside;
+  };
+  const Case cases[] = {
+      // Three files against two pawns and nothing on the c-file.
+      {"4k3/pp6/8/8/8/8/PPP5/4K3 w - - 0 1", {1, 3, 2}, {0, 0, 0}},
+      // Without black pawns a single file is a majority at once, on b and on g.
+      {"4k3/8/8/8/8/8/1P4PP/4K3 w - - 0 1", {1, 1, 0}, {1, 2, 0}},
+      // The next file's pawns count against the majority: Black's f7 holds White off on g.
+      {"4k3/5ppp/8/8/8/8/6PP/4K3 w - - 0 1", {0, 0, 0}, {2, 3, 2}},
+      // Four files against three pawns, a pawn of the fifth file counted too.
+      {"4k3/pp1p4/8/8/8/8/PPPP4/4K3 w - - 0 1", {1, 4, 3}, {0, 0, 0}},
+  };
+  for (const Case& c : cases) {
+    EvaluationRecord record = FactsOf(FromFen(c.fen));
+    const WingMajority* expected[2] = {&c.queenside, &c.kingside};
+    for (int wing = 0; wing < 2; ++wing) {
+      EXPECT_EQ(record.majority[wing].owner, expected[wing]->owner) << c.fen << " wing " << wing;
+      EXPECT_EQ(record.majority[wing].owner_files, expected[wing]->owner_files) << c.fen;
+      EXPECT_EQ(record.majority[wing].other_pawns, expected[wing]->other_pawns) << c.fen;
+    }
+  }
+}
+
+TEST(PawnFacts, Openness) {
+  // 12 + 2 + 2 for the free files, 4 pawns on the centre files: 14. A rammed pair off the centre
+  // files changes nothing, on them it closes by 4 (and its pawns count as central ones).
+  EXPECT_EQ(FactsOf(FromFen("4k3/2p2p2/p7/8/8/P7/2P2P2/4K3 w - - 0 1")).openness, 14);
+  EXPECT_EQ(FactsOf(FromFen("4k3/2p2p2/8/p7/P7/8/2P2P2/4K3 w - - 0 1")).openness, 14);
+  EXPECT_EQ(FactsOf(FromFen("4k3/2p2p2/8/3p4/3P4/8/2P2P2/4K3 w - - 0 1")).openness, 9);
+  // A lone rammed pawn, behind its own, opens by one.
+  EXPECT_EQ(FactsOf(FromFen("4k3/2p2p1p/8/8/8/P7/P1P2P2/4K3 w - - 0 1")).openness, 15);
+  // Every file holds a pawn: two less; 8 pawns, 4 of them central: 16 - 2 - 1 - 2.
+  EXPECT_EQ(FactsOf(FromFen("4k3/1p1p1p1p/8/8/8/8/P1P1P1P1/4K3 w - - 0 1")).openness, 11);
+}
+
+// The facts of a position and of its mirror are the same with the colours exchanged.
+TEST(PawnFacts, MirrorGivesTheMirroredFacts) {
+  for (const auto& start : WalkStarts()) {
+    Board board = FromFen(start.fen);
+    ForEachNode(board, start.depth - 1, [&](const Board& node) {
+      EvaluationRecord a = FactsOf(node);
+      EvaluationRecord b = FactsOf(Mirrored(node));
+      ASSERT_EQ(a.rammed, Flipped(b.rammed));
+      ASSERT_EQ(a.openness, b.openness);
+      for (int wing = 0; wing < 2; ++wing) {
+        ASSERT_EQ(a.majority[wing].owner, b.majority[wing].owner == 0 ? 0 : 3 - b.majority[wing].owner);
+        ASSERT_EQ(a.majority[wing].owner_files, b.majority[wing].owner_files);
+        ASSERT_EQ(a.majority[wing].other_pawns, b.majority[wing].other_pawns);
+      }
+      for (Color c : {WHITE, BLACK}) {
+        const PawnFacts& x = a.pawns[c];
+        const PawnFacts& y = b.pawns[c ^ 1];
+        ASSERT_EQ(x.attacks, Flipped(y.attacks));
+        ASSERT_EQ(x.attack_majority, Flipped(y.attack_majority));
+        ASSERT_EQ(x.restrained, Flipped(y.restrained));
+        ASSERT_EQ(x.safe_advance, Flipped(y.safe_advance));
+        ASSERT_EQ(x.advance_attacks, Flipped(y.advance_attacks));
+        ASSERT_EQ(x.backward, Flipped(y.backward));
+        ASSERT_EQ(x.backward_weak, Flipped(y.backward_weak));
+        ASSERT_EQ(x.isolated, Flipped(y.isolated));
+      }
+    });
+  }
+}
+
+// A pawn table hit restores what it keeps and the first half recomputes the rest: the facts after a
+// hit are those after a miss.
+TEST(PawnFacts, AHitRebuildsTheFactsOfAMiss) {
+  for (const auto& start : WalkStarts()) {
+    Board board = FromFen(start.fen);
+    ForEachNode(board, start.depth - 1, [&](const Board& node) {
+      EvaluationRecord miss = FactsOf(node);
+      PositionType type = ClassifyPosition(node, NO_POSITION_TYPE);
+      if (type == POSITION_MATING) return;
+      PAWN_HASH_ENTRY entry = ConstructPawnHashEntry(miss, node, type);
+      EvaluationRecord hit{};
+      ClearEvaluationRecord(hit);
+      RestorePawnHashEntry(entry, hit, node);
+      BuildPawnSquares(hit, node);
+      ComputeFileSets(hit, node);
+      StartSideFacts(hit, node);
+      ComputePawnFacts(hit, node);
+      for (Color c : {WHITE, BLACK}) ExpectSameKeptFacts(hit.pawns[c], miss.pawns[c], start.fen);
+      ASSERT_EQ(hit.rammed, miss.rammed);
+      ASSERT_EQ(hit.openness, miss.openness);
+      for (Color c : {WHITE, BLACK}) ASSERT_EQ(hit.side_facts[c].attacks, miss.side_facts[c].attacks);
+    });
+  }
+}
+
+}  // namespace
