@@ -7,3 +7,7 @@
 
 // White's passed pawns minus Black's; sets `passed_front` and `passed_front_rank`.
 ScorePair EvaluatePassedPawns(EvaluationRecord& record, const Board& board);
+
+// The details of colour's leading passed pawn on the file that depend on the pieces: rooks on its
+// file and what stands on its stop square. From that colour's point of view; adds to `potential`.
+ScorePair PassedPawnDetails(EvaluationRecord& record, const Board& board, Color colour, int file);

@@ -1,0 +1,521 @@
+#include "evaluation/piece_evaluation.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <string>
+
+#include "board/bitboard.h"
+#include "evaluation/pawn_structure.h"
+#include "evaluation/piece_tables.h"
+#include "evaluation/side_view.h"
+#include "evaluation_test_support.h"
+
+namespace {
+
+using evaluation_test::ForEachNode;
+using evaluation_test::FromFen;
+using evaluation_test::Mirrored;
+using evaluation_test::WalkStarts;
+
+constexpr EvaluationVariant OPENING = EvaluationVariant::OPENING;
+constexpr EvaluationVariant MIDDLEGAME = EvaluationVariant::MIDDLEGAME;
+
+Bitboard PawnAttackSet(const Board& board, Color colour) {
+  Bitboard attacks = 0;
+  for (Bitboard pawns = board.sides[colour].pawns; pawns != 0;) {
+    attacks |= Tables.pawn_attacks[colour][PopFirstBit(pawns)];
+  }
+  return attacks;
+}
+
+// The record as the full evaluator has it when the piece terms start. The openness is fixed, so
+// that the expected values don't depend on the pawn structure code.
+EvaluationRecord Prepare(const Board& board, int openness = 8) {
+  EvaluationRecord record;
+  ClearEvaluationRecord(record);
+  BuildPawnSquares(record, board);
+  FindPassedPawns(record, board);
+  ComputeFileSets(record, board);
+  SetBishopPairs(record, board);
+  StartSideFacts(record, board);
+  ComputePawnFacts(record, board);
+  record.openness = std::uint16_t(openness);
+  for (Color c : {WHITE, BLACK}) record.pawns[c].attacks = PawnAttackSet(board, c);
+  return record;
+}
+
+int Attack(const EvaluationRecord& record, Color c, int wing) {
+  return record.potential[c][wing][POTENTIAL_ATTACK];
+}
+int Defence(const EvaluationRecord& record, Color c, int wing) {
+  return record.potential[c][wing][POTENTIAL_DEFENCE];
+}
+
+// A record with the fields a term writes, colour for colour: the potentials, the attacks and the
+// endgame term, the latter negated for the mirror.
+void ExpectMirroredOutputs(const EvaluationRecord& record, const EvaluationRecord& mirror,
+                           const std::string& context) {
+  for (Color c : {WHITE, BLACK}) {
+    EXPECT_EQ(FlipRanks(record.side_facts[c].attacks), mirror.side_facts[c ^ 1].attacks) << context;
+    for (int wing = 0; wing < WING_COUNT; ++wing) {
+      EXPECT_EQ(Attack(record, c, wing), Attack(mirror, c ^ 1, wing)) << context << " wing " << wing;
+      EXPECT_EQ(Defence(record, c, wing), Defence(mirror, c ^ 1, wing)) << context << " wing " << wing;
+    }
+  }
+  EXPECT_EQ(record.endgame_term, -mirror.endgame_term) << context;
+}
+
+TEST(PieceTables, ValuesFollowThePawnsAndTablesStandForWhite) {
+  EXPECT_EQ(KnightValue(FromFen("4k3/pppp4/p7/8/8/8/PPPPP3/4K3 w - - 0 1")), 0);  // 10 pawns, avg 5
+  const Board full = FromFen("4k3/pppppppp/8/8/8/8/PPPPPPPP/4K3 w - - 0 1");
+  EXPECT_EQ(KnightValue(full), 18);
+  EXPECT_EQ(RookValue(full), ScorePair(-21, -51));
+  const Board bare = FromFen("4k3/8/8/8/8/8/8/R3K3 w - - 0 1");
+  EXPECT_EQ(KnightValue(bare), -30);
+  EXPECT_EQ(RookValue(bare), ScorePair(75, 45));
+  EXPECT_EQ(KnightValue(FromFen("4k3/p7/8/8/8/8/8/4K3 w - - 0 1")), -30);  // one pawn: avg 0
+
+  // Rank one is the last row of each diagram; the tables are not symmetric between the files.
+  EXPECT_EQ(KNIGHT_MIDDLEGAME_TABLE.At(Sq("a8")), ScorePair(-250, -250));
+  EXPECT_EQ(KNIGHT_MIDDLEGAME_TABLE.At(Sq("f1")), ScorePair(-12, -24));
+  EXPECT_EQ(KNIGHT_MIDDLEGAME_TABLE.At(Sq("g3")), ScorePair(10, 16));
+  EXPECT_EQ(KNIGHT_OPENING_TABLE.At(Sq("d2")), ScorePair(9, 15));
+  EXPECT_EQ(KNIGHT_ATTACK_TABLE[Sq("a6")], 4);
+  EXPECT_EQ(BISHOP_TABLE.At(Sq("c4")), ScorePair(16, 26));
+  EXPECT_EQ(BISHOP_TABLE.At(Sq("f4")), ScorePair(16, 24));
+  EXPECT_EQ(QUEEN_OPENING_TABLE.At(Sq("a4")), ScorePair(2, 2));
+  EXPECT_EQ(QUEEN_OPENING_TABLE.At(Sq("d1")), ScorePair(4, 4));
+  EXPECT_EQ(QUEEN_MIDDLEGAME_TABLE.At(Sq("e1")), ScorePair(-5, -6));
+}
+
+// Each term evaluated for White in a position and for Black in its mirror gives the same pair, and
+// the same potentials and attacks, colour for colour.
+TEST(PieceEvaluation, EveryTermMirrorsForBlack) {
+  // As the full evaluator calls them: a piece kind's term only for a side that has the kind.
+  struct Term {
+    const char* name;
+    std::function<ScorePair(EvaluationRecord&, const Board&, Color)> term;  // from the colour's view
+    PieceType kind = NO_PIECE;
+
+    ScorePair run(EvaluationRecord& record, const Board& board, Color c) const {
+      if (kind != NO_PIECE && board.sides[c].Pieces(kind) == 0) return ScorePair();
+      return term(record, board, c);
+    }
+  };
+  auto both = [](ScorePair (*term)(EvaluationRecord&, const Board&)) {
+    return [term](EvaluationRecord& r, const Board& b, Color c) { return c == WHITE ? term(r, b) : -term(r, b); };
+  };
+  const Term terms[] = {
+      {"knights opening", [](auto& r, auto& b, Color c) { return EvaluateKnights(r, b, c, OPENING); }, KNIGHT},
+      {"knights middlegame", [](auto& r, auto& b, Color c) { return EvaluateKnights(r, b, c, MIDDLEGAME); }, KNIGHT},
+      {"bishops", [](auto& r, auto& b, Color c) { return EvaluateBishops(r, b, c); }, BISHOP},
+      {"rooks", [](auto& r, auto& b, Color c) { return EvaluateRooks(r, b, c); }, ROOK},
+      {"queens opening", [](auto& r, auto& b, Color c) { return EvaluateQueens(r, b, c, OPENING); }, QUEEN},
+      {"queens middlegame", [](auto& r, auto& b, Color c) { return EvaluateQueens(r, b, c, MIDDLEGAME); }, QUEEN},
+      {"development opening",
+       [](auto& r, auto& b, Color c) {
+         ScorePair p = EvaluateDevelopment(r, b, OPENING);
+         return c == WHITE ? p : -p;
+       }},
+      {"development middlegame",
+       [](auto& r, auto& b, Color c) {
+         ScorePair p = EvaluateDevelopment(r, b, MIDDLEGAME);
+         return c == WHITE ? p : -p;
+       }},
+      {"space", both(EvaluateSpace)},
+      {"knight mobility", both(EvaluateKnightMobility)},
+  };
+  int checked = 0;
+  for (const auto& start : WalkStarts()) {
+    Board board = FromFen(start.fen);
+    ForEachNode(board, std::min(start.depth, 1), [&](const Board& node) {
+      Board mirror = Mirrored(node);
+      for (const Term& term : terms) {
+        EvaluationRecord record = Prepare(node, 5);
+        EvaluationRecord mirrored = Prepare(mirror, 5);
+        // The queens and the knights' mobility read the attacks of the other pieces.
+        for (Color c : {WHITE, BLACK}) {
+          record.side_facts[c].attacks_without_queens = record.side_facts[c].attacks | PawnAttackSet(node, c ^ 1);
+          mirrored.side_facts[c].attacks_without_queens =
+              mirrored.side_facts[c].attacks | PawnAttackSet(mirror, c ^ 1);
+        }
+        std::string context = std::string(term.name) + " in " + start.fen;
+        EXPECT_EQ(term.run(record, node, WHITE), term.run(mirrored, mirror, BLACK)) << context;
+        EXPECT_EQ(term.run(record, node, BLACK), term.run(mirrored, mirror, WHITE)) << context;
+        ExpectMirroredOutputs(record, mirrored, context);
+        ++checked;
+      }
+    });
+  }
+  EXPECT_GT(checked, 1000);
+}
+
+TEST(Knights, OutpostsBySupport) {
+  // Middlegame, a knight on e5 that no black pawn can chase; the black king is on the other wing,
+  // three squares away.
+  Board board = FromFen("6k1/pp6/8/4N3/8/8/PP6/6K1 w - - 0 1");
+  EvaluationRecord record = Prepare(board, 8);
+  Bitboard attacks_before = record.side_facts[WHITE].attacks;
+  // 4 pawns: value -18; square 26/44; distance 3: -3/-24; openness 8: 0/2; outpost 13/23.
+  EXPECT_EQ(EvaluateKnights(record, board, WHITE, MIDDLEGAME), ScorePair(18, 27));
+  EXPECT_EQ(Attack(record, WHITE, WING_CENTRE), 10 + 1 + 4);  // square, openness, no support
+  EXPECT_EQ(Defence(record, WHITE, WING_CENTRE), 3);
+  EXPECT_EQ(record.side_facts[WHITE].attacks, attacks_before | Tables.knight_attacks[Sq("e5")]);
+
+  // Supported by a passed pawn: weak support.
+  board = FromFen("6k1/pp6/8/4N3/3P4/8/PP6/6K1 w - - 0 1");
+  record = Prepare(board, 8);
+  EXPECT_EQ(EvaluateKnights(record, board, WHITE, MIDDLEGAME), ScorePair(18 + 2 + 2, 27 + 2 + 10));
+  EXPECT_EQ(Attack(record, WHITE, WING_CENTRE), 10 + 1 + 4);
+  EXPECT_EQ(Defence(record, WHITE, WING_CENTRE), 1 + 3);
+
+  // The pawn on d4 is no longer passed: strong support. 6 pawns make the knight worth -12.
+  board = FromFen("6k1/pp6/2p5/4N3/3P4/8/PP6/6K1 w - - 0 1");
+  record = Prepare(board, 8);
+  EXPECT_EQ(EvaluateKnights(record, board, WHITE, MIDDLEGAME), ScorePair(39, 55));
+  EXPECT_EQ(Attack(record, WHITE, WING_CENTRE), 10 + 1 + 7);
+  EXPECT_EQ(Defence(record, WHITE, WING_CENTRE), 1 + 4);
+
+  // Opening: the same outpost without support gives 9/14 and no distance or openness terms.
+  board = FromFen("6k1/pp6/8/4N3/8/8/PP6/6K1 w - - 0 1");
+  record = Prepare(board, 8);
+  EXPECT_EQ(EvaluateKnights(record, board, WHITE, OPENING), ScorePair(-18 + 22 + 9, -18 + 38 + 14));
+  EXPECT_EQ(Attack(record, WHITE, WING_CENTRE), 10 + 4);
+  EXPECT_EQ(Defence(record, WHITE, WING_CENTRE), 2);
+}
+
+TEST(Knights, ChasingPawnsAndTheKingsWing) {
+  // A pawn on g7 can still come to attack f5; whether it is held back decides.
+  Board board = FromFen("6k1/6p1/8/5N2/8/8/6P1/6K1 w - - 0 1");
+  for (EvaluationVariant variant : {OPENING, MIDDLEGAME}) {
+    EvaluationRecord free_chaser = Prepare(board);
+    free_chaser.pawns[BLACK].restrained = 0;
+    EvaluationRecord held_chaser = Prepare(board);
+    held_chaser.pawns[BLACK].restrained = SquareSet({"g7"});
+    ScorePair difference = EvaluateKnights(held_chaser, board, WHITE, variant) -
+                           EvaluateKnights(free_chaser, board, WHITE, variant);
+    bool middlegame = variant == MIDDLEGAME;
+    EXPECT_EQ(difference, middlegame ? ScorePair(1, 6) : ScorePair(4, 14));
+    EXPECT_EQ(Attack(held_chaser, WHITE, WING_KINGSIDE) - Attack(free_chaser, WHITE, WING_KINGSIDE),
+              middlegame ? 2 : 3);
+  }
+
+  // Middlegame: close to the king on its own wing costs nothing; on the wrong wing, or far, the
+  // distance is paid.
+  EvaluationRecord record = Prepare(board);
+  ScorePair close = EvaluateKnights(record, board, WHITE, MIDDLEGAME);  // f5 to g8: 3
+  Board other_wing = FromFen("2k5/6p1/8/5N2/8/8/6P1/6K1 w - - 0 1");
+  record = Prepare(other_wing);
+  ScorePair far = EvaluateKnights(record, other_wing, WHITE, MIDDLEGAME);  // f5 to c8: 3
+  EXPECT_EQ(close - far, ScorePair(3, 24));
+}
+
+TEST(Knights, SafeMobilityIgnoresQueensAndCountsPawnCover) {
+  // Knight e4; c3 is attacked by the pawn b4, f2 is taken by the own king, d2 and g5 are covered by
+  // black pieces, d6 too but the pawn e5 guards it, g3 is attacked by the pawn h4: c5, d6, f6 remain.
+  Board board = FromFen("7k/8/8/4P3/1p2N2p/8/5K2/8 w - - 0 1");
+  EvaluationRecord record = Prepare(board);
+  record.side_facts[BLACK].attacks_without_queens = SquareSet({"d2", "d6", "g5"});
+  EXPECT_EQ(EvaluateKnightMobility(record, board), ScorePair(3, 6));
+  EXPECT_EQ(Attack(record, WHITE, WING_CENTRE), 1);
+  EXPECT_EQ(Defence(record, WHITE, WING_CENTRE), 1);
+
+  // The squares that e5 guards stay safe.
+  record = Prepare(board);
+  record.side_facts[BLACK].attacks_without_queens = SquareSet({"d2", "d6", "g5", "c5", "f6"});
+  EXPECT_EQ(EvaluateKnightMobility(record, board), ScorePair(2, 4));
+
+  // Five or more safe squares count as four; Black's knight in the corner has none, its squares
+  // being attacked by the pawns a5 and d6.
+  Board corner = FromFen("n6k/8/3P4/P7/4N3/8/8/7K w - - 0 1");
+  record = Prepare(corner);
+  EXPECT_EQ(EvaluateKnightMobility(record, corner), ScorePair(4, 8) - ScorePair(-6, -12));
+  EXPECT_EQ(Attack(record, BLACK, WING_CENTRE), -6);
+  EXPECT_EQ(Defence(record, BLACK, WING_CENTRE), -6);
+}
+
+TEST(Bishops, FianchettoSeesThroughItsKnight) {
+  // g2 with the pawn on g3 and no pawn on h1-a8: the knight on f3 lets the bishop count e4 to a8.
+  Board board = FromFen("6k1/5p1p/6p1/8/8/5NP1/5PBP/6K1 w - - 0 1");
+  EvaluationRecord record = Prepare(board);
+  record.pawns[BLACK].defended = SquareSet({"g6"});
+  Bitboard attacks_before = record.side_facts[WHITE].attacks;
+  // Square 20/22, no enemy bishop 8/10, empty diagonal 24/24; reach g2 f3 e4 d5 c6 b7: c 6 gives
+  // -2/-6, ce 2, ri 2 and fa 3 (c6, b7, a8) give 3/15; one defended enemy pawn on light squares
+  // 0/-2.
+  EXPECT_EQ(EvaluateBishops(record, board, WHITE), ScorePair(53, 63));
+  EXPECT_EQ(Defence(record, WHITE, WING_KINGSIDE), 5);
+  EXPECT_EQ(Attack(record, WHITE, WING_QUEENSIDE), 6);
+  EXPECT_EQ(Attack(record, WHITE, WING_CENTRE), 0);
+  EXPECT_EQ(record.endgame_term, 0);
+  // Only the real attacks are noted, not those seen through the knight.
+  EXPECT_EQ(record.side_facts[WHITE].attacks, attacks_before | SquareSet({"f1", "h1", "h3", "f3"}));
+}
+
+TEST(Bishops, BadBishopsUnlessTheLongDiagonalIsOpen) {
+  // The restrained pawns d3 and c4 stand on the bishop's light squares. On g2, with the long
+  // diagonal empty, the bishop is free; on h1 behind its pawn g2 it is bad.
+  const char* fianchetto = "6k1/8/8/8/2P5/3P2P1/5PBP/6K1 w - - 0 1";
+  const char* at_home = "6k1/8/8/8/2P5/3P4/5PPP/6KB w - - 0 1";
+  for (const char* fen : {fianchetto, at_home}) {
+    Board board = FromFen(fen);
+    EvaluationRecord free_pawns = Prepare(board);
+    free_pawns.pawns[WHITE].restrained = 0;
+    EvaluationRecord held_pawns = Prepare(board);
+    held_pawns.pawns[WHITE].restrained = SquareSet({"d3", "c4"});
+    ScorePair difference =
+        EvaluateBishops(held_pawns, board, WHITE) - EvaluateBishops(free_pawns, board, WHITE);
+    if (fen == fianchetto) {
+      EXPECT_EQ(difference, ScorePair());
+      EXPECT_EQ(held_pawns.endgame_term, 0);
+    } else {
+      // h1 reaches nothing: 30/37, and 15/17 for a lone bad bishop without knights.
+      EXPECT_EQ(difference, ScorePair(-45, -54));
+      EXPECT_EQ(held_pawns.endgame_term, -5);
+      EXPECT_EQ(Attack(held_pawns, WHITE, WING_CENTRE) - Attack(free_pawns, WHITE, WING_CENTRE), -12);
+      EXPECT_EQ(Defence(held_pawns, WHITE, WING_CENTRE) - Defence(free_pawns, WHITE, WING_CENTRE), -10);
+    }
+  }
+
+  // One restrained pawn on e4 is enough; with the bishop pair, no second penalty.
+  Board pair = FromFen("6k1/8/8/8/4P3/8/4B3/2B3K1 w - - 0 1");
+  EvaluationRecord free_pawns = Prepare(pair);
+  free_pawns.pawns[WHITE].restrained = 0;
+  EvaluationRecord held_pawns = Prepare(pair);
+  held_pawns.pawns[WHITE].restrained = SquareSet({"e4"});
+  // e2 reaches e2, d3, c4, b5, f3 and g4: 8/10.
+  EXPECT_EQ(EvaluateBishops(held_pawns, pair, WHITE) - EvaluateBishops(free_pawns, pair, WHITE),
+            ScorePair(-8, -10));
+  EXPECT_EQ(held_pawns.endgame_term, 10);  // the pair's endgame term only
+}
+
+TEST(Bishops, TrappedOnTheEdgeAndTargetsOfThePair) {
+  Board board = FromFen("6k1/B1p5/1p6/8/8/8/8/6K1 w - - 0 1");
+  EvaluationRecord loose = Prepare(board);
+  loose.pawns[BLACK].defended = 0;
+  EvaluationRecord guarded = Prepare(board);
+  guarded.pawns[BLACK].defended = SquareSet({"b6"});
+  // b6 is dark, like a7: the defended pawn also costs 0/2 as a target.
+  EXPECT_EQ(EvaluateBishops(guarded, board, WHITE) - EvaluateBishops(loose, board, WHITE), ScorePair(-70, -72));
+
+  // With the pair every defended enemy pawn counts, without it only those on the bishop's colour.
+  Board two = FromFen("6k1/8/8/8/8/8/8/2B2BK1 w - - 0 1");
+  Board one = FromFen("6k1/8/8/8/8/8/8/5BK1 w - - 0 1");  // f1 is light
+  for (const Board* b : {&two, &one}) {
+    EvaluationRecord none = Prepare(*b);
+    EvaluationRecord targets = Prepare(*b);
+    targets.pawns[BLACK].defended = SquareSet({"c6", "d6", "e6"});  // light, dark, light
+    ScorePair difference = EvaluateBishops(targets, *b, WHITE) - EvaluateBishops(none, *b, WHITE);
+    int n = b == &two ? 3 : 2;
+    EXPECT_EQ(difference, ScorePair(0, -2 * n));
+    EXPECT_EQ(Attack(targets, WHITE, WING_CENTRE) - Attack(none, WHITE, WING_CENTRE), -(n / 2));
+  }
+}
+
+TEST(Rooks, ShutInBehindTheKing) {
+  Board board = FromFen("6k1/6pp/8/8/8/8/6PP/6KR w - - 0 1");
+  EvaluationRecord record = Prepare(board);
+  // Value 51/21 with 4 pawns; one square on the file -4/-10; behind the pawn h2 -6/-14; no
+  // lateral square -2/-6; shut in -50/-70.
+  EXPECT_EQ(EvaluateRooks(record, board, WHITE), ScorePair(-11, -79));
+  EXPECT_EQ(Attack(record, WHITE, WING_KINGSIDE), -4 - 5 - 8);
+  EXPECT_EQ(Defence(record, WHITE, WING_KINGSIDE), -5);
+  EXPECT_EQ(record.endgame_term, 24);
+
+  // With the king on e1 the rook is not shut in; its lateral squares f1 and g1 are on files with
+  // own pawns.
+  Board freed = FromFen("6k1/6pp/8/8/8/8/5PPP/4K2R w - - 0 1");
+  record = Prepare(freed);
+  EXPECT_EQ(EvaluateRooks(record, freed, WHITE), ScorePair(51 - 4 - 6, 21 - 10 - 14));
+  EXPECT_EQ(Attack(record, WHITE, WING_KINGSIDE), -4);
+  // Without the pawn f2 the lateral square f1 is rewarded.
+  Board lateral = FromFen("6k1/6pp/8/8/8/8/6PP/4K2R w - - 0 1");
+  record = Prepare(lateral);
+  EXPECT_EQ(EvaluateRooks(record, lateral, WHITE), ScorePair(51 - 4 - 6 + 6, 21 - 10 - 14 + 12));
+  EXPECT_EQ(Attack(record, WHITE, WING_KINGSIDE), 0);
+}
+
+TEST(Rooks, DoubledOnTheSingleOpenFile) {
+  // Only the d-file is open. d1 sees d4 directly: 8/12, doubled (m = 2); d4 has no later rook.
+  Board board = FromFen("6k1/ppp2ppp/4p3/8/3R4/4P3/PPP2PPP/3R2K1 w - - 0 1");
+  EvaluationRecord record = Prepare(board);
+  ASSERT_EQ(record.single_open_file, 3);
+  // 14 pawns: value -9/-39 each; both cover 7 squares of the file: 4/10 each.
+  EXPECT_EQ(EvaluateRooks(record, board, WHITE), ScorePair(-18 + 8 + 8 + 35 + 35, -78 + 20 + 12 + 36 + 36));
+  EXPECT_EQ(Attack(record, WHITE, WING_CENTRE), 16);
+  EXPECT_EQ(Defence(record, WHITE, WING_CENTRE), 2 + 16);
+  EXPECT_EQ(record.endgame_term, 48);
+
+  // A black rook on d8: the doubled rooks still outnumber it from d1, not from d4.
+  Board contested = FromFen("3r2k1/ppp2ppp/4p3/8/3R4/4P3/PPP2PPP/3R2K1 w - - 0 1");
+  record = Prepare(contested);
+  EXPECT_EQ(EvaluateRooks(record, contested, WHITE), ScorePair(-18 + 8 + 8 + 35 + 25, -78 + 20 + 12 + 36 + 30));
+  EXPECT_EQ(Attack(record, WHITE, WING_CENTRE), 8 + 12);
+  EXPECT_EQ(Defence(record, WHITE, WING_CENTRE), 2 + 8 + 4);
+}
+
+TEST(Rooks, SeventhRankAndTheKingsFile) {
+  // Rooks on c7 and e7 against the king on g8: the lower sees the higher on the seventh rank.
+  Board board = FromFen("6k1/2R1R3/8/8/8/8/8/6K1 w - - 0 1");
+  EvaluationRecord record = Prepare(board);
+  // Per rook 75/45 and seven squares of the open file 4/10; both on another open file, m = 1 > 0:
+  // 7/15. c7: connected 15/28 and attack 10; both: seventh rank 28/50 and attack 14. e7 is no
+  // neighbour of the g-file.
+  EXPECT_EQ(EvaluateRooks(record, board, WHITE),
+            ScorePair(2 * (75 + 4 + 7 + 28) + 15, 2 * (45 + 10 + 15 + 50) + 28));
+  EXPECT_EQ(Attack(record, WHITE, WING_CENTRE), 10 + 2 * 14 + 6);
+  EXPECT_EQ(Attack(record, WHITE, WING_QUEENSIDE), 6);  // c-file: knight wing 0
+
+  // On f7 next to the king's file, with a black queen on f8 in front: 12/33, 8/25.
+  Board next_file = FromFen("5qk1/5R2/8/8/8/8/8/6K1 w - - 0 1");
+  record = Prepare(next_file);
+  EXPECT_EQ(EvaluateRooks(record, next_file, WHITE),
+            ScorePair(75 + 4 + 7 + 28 + 12 + 8, 45 + 10 + 15 + 50 + 33 + 25));
+  EXPECT_EQ(Attack(record, WHITE, WING_KINGSIDE), 6 + 11 + 4);
+  EXPECT_EQ(Defence(record, BLACK, WING_KINGSIDE), -9);
+}
+
+TEST(Queens, SafeSquaresOfAnAdvancedQueen) {
+  // Queen d4 with the kings out of its lines. S is the set of squares the enemy doesn't attack.
+  Board board = FromFen("8/8/7k/8/3Q4/7K/8/8 w - - 0 1");
+  auto run = [&](Bitboard unattacked, EvaluationVariant variant, int* defence = nullptr) {
+    EvaluationRecord record = Prepare(board);
+    record.side_facts[BLACK].attacks_without_queens = ~unattacked;
+    ScorePair pair = EvaluateQueens(record, board, WHITE, variant);
+    if (defence != nullptr) *defence = Defence(record, WHITE, WING_OF_FILE[3]);
+    return pair;
+  };
+  for (EvaluationVariant variant : {OPENING, MIDDLEGAME}) {
+    bool middlegame = variant == MIDDLEGAME;
+    int reference_defence, defence;
+    ScorePair reference = run(SquareSet({"d5", "d1"}), variant, &reference_defence);
+    EXPECT_EQ(run(0, variant, &defence) - reference, ScorePair(-70, -110));
+    EXPECT_EQ(defence - reference_defence, -10);
+    EXPECT_EQ(run(SquareSet({"d5"}), variant, &defence) - reference, ScorePair(-40, -70));
+    EXPECT_EQ(defence - reference_defence, -8);
+    EXPECT_EQ(run(SquareSet({"d5", "e5"}), variant, &defence) - reference,
+              middlegame ? ScorePair(-12, -20) : ScorePair(-18, -30));
+    EXPECT_EQ(defence - reference_defence, -4);
+    EXPECT_EQ(run(SquareSet({"d5", "d2"}), variant, &defence) - reference,
+              middlegame ? ScorePair(-8, -14) : ScorePair(-8, -10));
+    EXPECT_EQ(defence - reference_defence, middlegame ? -1 : -2);
+  }
+
+  // On rank two no square counts.
+  Board low = FromFen("8/7k/8/8/8/7K/3Q4/8 w - - 0 1");
+  EvaluationRecord boxed = Prepare(low);
+  boxed.side_facts[BLACK].attacks_without_queens = ~Bitboard{0};
+  EvaluationRecord open = Prepare(low);
+  EXPECT_EQ(EvaluateQueens(boxed, low, WHITE, OPENING), EvaluateQueens(open, low, WHITE, OPENING));
+}
+
+TEST(Queens, ScreensAndTheKings) {
+  // The knight d4 stands between the queen d1 and the rook d8.
+  Board pinned = FromFen("3r2k1/8/8/8/3N4/8/8/3Q2K1 w - - 0 1");
+  Board aside = FromFen("2r3k1/8/8/8/3N4/8/8/3Q2K1 w - - 0 1");
+  EvaluationRecord record = Prepare(pinned);
+  ScorePair with_screen = EvaluateQueens(record, pinned, WHITE, OPENING);
+  record = Prepare(aside);
+  EXPECT_EQ(with_screen - EvaluateQueens(record, aside, WHITE, OPENING), ScorePair(-30, -30));
+
+  // Middlegame without castling rights. Queen h3 sees h7 and h8 next to the king g8, at Manhattan
+  // distance 6; its own king g1 is close.
+  Board near = FromFen("6k1/8/8/8/8/7Q/8/6K1 w - - 0 1");
+  record = Prepare(near);
+  // Square 0/0; near the king 0/8; safe squares on rank one: nothing; distance -6/-18.
+  EXPECT_EQ(EvaluateQueens(record, near, WHITE, MIDDLEGAME), ScorePair(-6, 8 - 18));
+  EXPECT_EQ(Attack(record, WHITE, WING_KINGSIDE), 12 + 4 + 1);
+  EXPECT_EQ(Attack(record, WHITE, WING_CENTRE), 6);
+  EXPECT_EQ(Defence(record, BLACK, WING_KINGSIDE), -4);
+
+  // Queen a7, 13 squares from its king h1: d4 blocks its way to g1, and a1, the one square it
+  // could come back by, is attacked. It has left its king.
+  Board away = FromFen("6k1/Q7/8/8/3P4/8/6PP/7K w - - 0 1");
+  record = Prepare(away);
+  record.side_facts[BLACK].attacks_without_queens = Rectangle('a', 'h', 1, 6);
+  // Square -4/-8; near the king 0/8; safe squares on ranks seven and eight only -12/-20; distance
+  // to g8 7: -7/-21; left its king -8/-20; seventh rank 15/25.
+  EXPECT_EQ(EvaluateQueens(record, away, WHITE, MIDDLEGAME),
+            ScorePair(-4 - 12 - 7 - 8 + 15, -8 + 8 - 20 - 21 - 20 + 25));
+  EXPECT_EQ(Defence(record, WHITE, WING_KINGSIDE), -16);
+  EXPECT_EQ(Defence(record, WHITE, WING_QUEENSIDE), -4);
+  EXPECT_EQ(Attack(record, WHITE, WING_KINGSIDE), 4 + 0 + 8);
+  // Its square a1 not attacked: it can come back.
+  record = Prepare(away);
+  record.side_facts[BLACK].attacks_without_queens = Rectangle('b', 'h', 1, 6);
+  EvaluateQueens(record, away, WHITE, MIDDLEGAME);
+  EXPECT_EQ(Defence(record, WHITE, WING_KINGSIDE), 0);
+}
+
+TEST(Development, MinorsAtHomeAndKnightsBeforeThePawns) {
+  // After 1. Nf3 only White's queenside minors and both of Black's pairs are at home.
+  Board board = FromFen("rnbqkbnr/pppppppp/8/8/8/5N2/PPPPPPPP/RNBQKB1R b KQkq - 1 1");
+  EvaluationRecord record = Prepare(board);
+  EXPECT_EQ(EvaluateDevelopment(record, board, OPENING), ScorePair(14 - 6, 40 - 14));
+  EXPECT_EQ(Attack(record, WHITE, WING_KINGSIDE), 0);
+  EXPECT_EQ(Defence(record, BLACK, WING_KINGSIDE), -6);
+  EXPECT_EQ(Attack(record, BLACK, WING_CENTRE), 4);
+  EXPECT_EQ(Defence(record, BLACK, WING_CENTRE), 6);
+
+  // Knights on c3 and f3 in front of c2 and f2, e3 against d5, d4 against e4: 4/8 and 25/35. Black
+  // still has b8 and c8 at home.
+  const char* locked = "rnbqkb1r/ppp2ppp/5n2/3p4/3Pp3/2N1PN2/PPP2PPP/R1BQKB1R w KQkq - 0 1";
+  board = FromFen(locked);
+  record = Prepare(board);
+  EXPECT_EQ(EvaluateDevelopment(record, board, OPENING), ScorePair(-29 + 18 + 6, -43 + 45 + 14));
+  EXPECT_EQ(Attack(record, WHITE, WING_CENTRE), -3 + 4);
+  EXPECT_EQ(Defence(record, WHITE, WING_CENTRE), 3 + 6);
+  record = Prepare(board);
+  EXPECT_EQ(EvaluateDevelopment(record, board, MIDDLEGAME), ScorePair(18 + 6, 45 + 14));
+  // Without the pawn e4 the lighter penalty.
+  board = FromFen("rnbqkb1r/ppp2ppp/5n2/3p4/3P4/2N1PN2/PPP2PPP/R1BQKB1R w KQkq - 0 1");
+  record = Prepare(board);
+  EXPECT_EQ(EvaluateDevelopment(record, board, OPENING), ScorePair(-14 + 18 + 6, -28 + 45 + 14));
+
+  // g3 played with the bishop still on f1 (and Ng1 gone): 8/14.
+  board = FromFen("4k3/8/8/8/8/6P1/5P1P/5BK1 w - - 0 1");
+  record = Prepare(board);
+  EXPECT_EQ(EvaluateDevelopment(record, board, MIDDLEGAME), ScorePair(-8 + 6, -14 + 14));
+  EXPECT_EQ(Defence(record, WHITE, WING_KINGSIDE), -4);
+}
+
+TEST(Space, AttackedSquaresAndTheirMargins) {
+  Board board = FromFen("6k1/8/8/1N6/8/5R2/P7/6K1 w - - 0 1");
+  auto run = [&](int white_squares, int black_squares) {
+    EvaluationRecord record = Prepare(board);
+    // The first squares from a4 on; only wing presence, which doesn't touch the centre, sees rank 6.
+    const Bitboard from_a4 = Rectangle('a', 'h', 4, 6);
+    record.side_facts[WHITE].attacks = from_a4 & ((Bitboard{1} << 24 << white_squares) - 1);
+    record.side_facts[BLACK].attacks = from_a4 & ((Bitboard{1} << 24 << black_squares) - 1);
+    ScorePair pair = EvaluateSpace(record, board);
+    return std::make_pair(pair, Attack(record, WHITE, WING_CENTRE) - Attack(record, BLACK, WING_CENTRE));
+  };
+  EXPECT_EQ(run(10, 10), std::make_pair(ScorePair(0, 0), 0));
+  EXPECT_EQ(run(15, 10), std::make_pair(ScorePair(10, 20), 20));
+  EXPECT_EQ(run(8, 7), std::make_pair(ScorePair(2, 4), 12));  // 160 > 147, 56 = 56
+  EXPECT_EQ(run(21, 20), std::make_pair(ScorePair(2, 4), 0));  // 420 = 420
+  EXPECT_EQ(run(7, 8), std::make_pair(ScorePair(-2, -4), -12));
+}
+
+TEST(Space, WingPresenceAndPiecePlacement) {
+  // White attacks b6 and c7 and nothing on the kingside's far ranks; Black attacks nothing near
+  // White. The rook on f3 is left out of the placement, the pawn a2 counts against the kingside,
+  // the knight b5 for the queenside.
+  Board board = FromFen("6k1/8/8/1N6/8/5R2/P7/6K1 w - - 0 1");
+  EvaluationRecord record = Prepare(board);
+  record.side_facts[WHITE].attacks = SquareSet({"b6", "c7"});
+  record.side_facts[BLACK].attacks = 0;
+  EvaluateSpace(record, board);
+  EXPECT_EQ(Attack(record, WHITE, WING_QUEENSIDE), 6 + 2);
+  EXPECT_EQ(Attack(record, WHITE, WING_KINGSIDE), -4 - 2);
+  EXPECT_EQ(Defence(record, WHITE, WING_QUEENSIDE), 6);
+  EXPECT_EQ(Defence(record, WHITE, WING_KINGSIDE), 6);
+  EXPECT_EQ(Attack(record, BLACK, WING_QUEENSIDE), -4);
+  EXPECT_EQ(Attack(record, BLACK, WING_KINGSIDE), -4);
+  EXPECT_EQ(Defence(record, BLACK, WING_QUEENSIDE), 0);
+  EXPECT_EQ(Defence(record, BLACK, WING_KINGSIDE), 6);
+}
+
+}  // namespace

@@ -1,0 +1,80 @@
+// The position of edit mode: worked-out castling rights, the colour in which pieces are set, and
+// the check of a changed position.
+#include "interfaces/edit_board.h"
+
+#include <gtest/gtest.h>
+
+#include "interfaces/fen.h"
+
+using namespace ZephrinInterfaces;
+
+namespace {
+
+constexpr Square A1 = 0, E1 = 4, H1 = 7, E4 = 28, E8 = 60, H8 = 63;
+
+Board FromFen(const std::string& fen) {
+  Board board;
+  ReadFen(fen, board);
+  return board;
+}
+
+std::string FenOf(EditBoard& board) { return BoardToFen(board.Position(), 1); }
+
+}  // namespace
+
+TEST(EditBoard, RightsSurviveUntilASquareChanges) {
+  EditBoard board{Board()};
+  EXPECT_EQ(board.status, EDIT_BOARD_VALID);
+  EXPECT_EQ(board.Castling(), 15);
+  board.SetPiece(E4, 0);  // already empty: nothing changes
+  EXPECT_EQ(board.castling, 15);
+  EXPECT_EQ(board.status, EDIT_BOARD_VALID);
+
+  board.SetPiece(H1, 0);
+  EXPECT_EQ(board.status, EDIT_BOARD_CHANGED);
+  EXPECT_EQ(board.Castling(), CASTLE_WHITE_LONG | CASTLE_BLACK_SHORT | CASTLE_BLACK_LONG);
+  EXPECT_EQ(FenOf(board), "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBN1 w Qkq - 0 1");
+
+  // Rights that a position gave up stay given up while its squares stand.
+  EditBoard no_rights{FromFen("r3k2r/8/8/8/8/8/8/R3K2R w Kq - 0 1")};
+  EXPECT_EQ(FenOf(no_rights), "r3k2r/8/8/8/8/8/8/R3K2R w Kq - 0 1");
+  no_rights.SetPiece(A1, 0);
+  no_rights.SetPiece(A1, ROOK);
+  EXPECT_EQ(FenOf(no_rights), "r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1");
+}
+
+TEST(EditBoard, PiecesAreSetInTheChosenColour) {
+  EditBoard board(BLACK);
+  EXPECT_FALSE(board.IsValid());
+  EXPECT_THROW(board.Position(), EditBoard::invalid_position);
+  board.SetPiece(E1, KING);
+  board.black_pieces = true;
+  board.SetPiece(E8, KING);
+  board.SetPiece(H8, ROOK);
+  EXPECT_EQ(board.squares[E8], -KING);
+  EXPECT_EQ(FenOf(board), "4k2r/8/8/8/8/8/8/4K3 b k - 0 1");
+  board.Clear();
+  EXPECT_FALSE(board.IsValid());
+}
+
+TEST(EditBoard, IllegalPositionsAreRefused) {
+  EditBoard pawn_on_first_rank{Board()};
+  pawn_on_first_rank.SetPiece(E1, PAWN);
+  EXPECT_FALSE(pawn_on_first_rank.IsValid());
+  // The diagram shows what stands, legal or not.
+  EXPECT_NE(pawn_on_first_rank.DisplayText(false).find("  1 | *R| *N| *B| *Q| *P|"), std::string::npos);
+
+  // Black in check with Black to move is legal; handing White the move isn't.
+  EditBoard check{FromFen("4k3/8/8/8/8/8/8/3KR3 b - - 0 1")};
+  EXPECT_TRUE(check.IsValid());
+  check.side = WHITE;
+  check.status = EDIT_BOARD_CHANGED;
+  EXPECT_FALSE(check.IsValid());
+}
+
+TEST(EditBoard, TheEnPassantSquareIsLostWhenThePositionIsRebuilt) {
+  EditBoard board{FromFen("rnbqkbnr/pppp1ppp/8/8/3Pp3/8/PPP1PPPP/RNBQKBNR b KQkq d3 0 1")};
+  EXPECT_EQ(FenOf(board), "rnbqkbnr/pppp1ppp/8/8/3Pp3/8/PPP1PPPP/RNBQKBNR b KQkq d3 0 1");
+  board.status = EDIT_BOARD_CHANGED;
+  EXPECT_EQ(FenOf(board), "rnbqkbnr/pppp1ppp/8/8/3Pp3/8/PPP1PPPP/RNBQKBNR b KQkq - 0 1");
+}
