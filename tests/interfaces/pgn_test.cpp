@@ -160,6 +160,10 @@ TEST(Pgn, ReaderTolerance) {
   set_up.PlayAllNext();
   EXPECT_EQ(PositionToFen(set_up), "R7/3k4/8/8/8/8/8/4K3 w - - 2 41");
 
+  // A byte order mark before the first tag.
+  ReadText("\xEF\xBB\xBF[Event \"Marked\"]\n1. e4 *", &tags);
+  EXPECT_EQ(tags.event, "Marked");
+
   // Only the first of several games is read.
   UserBoard first = ReadText("1. e4 *\n\n[Event \"Two\"]\n\n1. d4 d5 *\n", &tags);
   EXPECT_EQ(first.NextMoves().size(), 1u);
