@@ -138,9 +138,7 @@ void Game::MoveFound() {
   if (IsFinished() || !pondering) return;
   if (search.pv.size() < 2) RequestSearch(SearchKind::puzzle);
   hint = search.pv[1].move;
-  UserBoard expected = *this;
-  expected.PlayMove(hint);
-  RequestSearch(SearchKind::pondering, expected);
+  PonderOn(hint);
 }
 
 // The hint search has ended: its move is the hint, and with pondering on the search goes on from it.
@@ -148,15 +146,26 @@ void Game::HintFound() {
   const Move old_hint = hint;
   hint = search.best_move != MOVE_INVALID ? search.best_move : HINT_NO_MOVE_KNOWN;
   if (old_hint == HINT_REQUESTED || !pondering || hint == HINT_NO_MOVE_KNOWN) return;
-  UserBoard expected = *this;
-  expected.PlayMove(hint);
-  if (expected.IsFinished()) return;
-  RequestSearch(SearchKind::pondering, expected);
+  PonderOn(hint);
 }
 
 void Game::StartPondering() {
+  if (hint == HINT_NONE) RequestSearch(SearchKind::puzzle);
   if (hint == HINT_NO_MOVE_KNOWN || hint == HINT_REQUESTED) return;
-  RequestSearch(hint == HINT_NONE ? SearchKind::puzzle : SearchKind::pondering);
+  PonderOn(hint);
+}
+
+// The ponder search runs on a copy of the game with the expected reply played; there is nothing to
+// ponder on if that reply ends the game, or can't be played at all.
+void Game::PonderOn(Move expected_reply) {
+  UserBoard expected = *this;
+  try {
+    expected.PlayMove(expected_reply);
+  } catch (const UserBoard::invalid_move&) {
+    return;
+  }
+  if (expected.IsFinished()) return;
+  RequestSearch(SearchKind::pondering, expected);
 }
 
 void Game::PonderHit() {

@@ -125,6 +125,7 @@ class Game : public UserBoard {
  private:
   void MoveFound();
   void HintFound();
+  void PonderOn(Move expected_reply);
 
   std::unique_ptr<BasicProtocol> protocol_;
 };
