@@ -63,7 +63,17 @@ std::string* TagField(PgnTags& tags, const std::string& key) {
   return nullptr;
 }
 
+// Files saved by some editors begin with the UTF-8 byte order mark.
+void SkipByteOrderMark(std::istream& in) {
+  static const std::string mark = "\xEF\xBB\xBF";
+  for (char c : mark) {
+    if (in.peek() != static_cast<unsigned char>(c)) return;
+    in.get();
+  }
+}
+
 void ReadTags(std::istream& in, PgnTags& tags) {
+  SkipByteOrderMark(in);
   while ((in >> std::ws).peek() == '[') {
     in.get();
     std::string key, value;

@@ -283,7 +283,8 @@ static void PlaceKillers(MovePickerState& s, KillerPair killers) {
   }
 }
 
-// Steps 1-6: tacticals to the front with their values, hash move out, P sorted, killers placed.
+// The first region: tacticals to the front with their values, the hash move out, the promising
+// ones sorted at the very front, and the killers placed among them.
 static void BuildPromisingRegion(MovePickerState& s, const PickerContext& c) {
   s.eager = c.node_type == -1 || c.hash_move != 0 || s.end - s.list < 7;
   s.tactical_end = s.list;
@@ -325,7 +326,7 @@ static bool HistoryBeforeTacticals(const PickerContext& c) {
   return margin <= max_material_margin_to_search_history_moves_before_tacticals;
 }
 
-// Step 7: the best history moves go in front of the remaining tacticals, as a region of their own.
+// Optionally the best history moves go in front of the remaining tacticals, as a region of their own.
 static void HistoryRegion(MovePickerState& s, const PickerContext& c, MoveRegion& region) {
   region = {s.promising_end, s.promising_end, true, false};
   if (!HistoryBeforeTacticals(c)) return;
@@ -351,7 +352,7 @@ static int StaticOrderValue(const Board& board, Move move, int position_type) {
   return value;
 }
 
-// Step 10: the static value for the moves without history.
+// The static value for the moves without history.
 static void ScoreRemaining(MovePickerState& s, const PickerContext& c) {
   if (!enable_static_move_ordering_from_sq_malus && !enable_static_move_ordering_to_sq_bonus &&
       !enable_static_move_ordering_piece_dependent_bonus && randomize_move_ordering_of_remaining_moves == 0) {

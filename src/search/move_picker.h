@@ -47,15 +47,17 @@ struct MoveRegion {
   bool final = false;
 };
 
-// The picker's progress through one node's list.
+// The picker's progress through one node's list. The list is kept in regions: first the
+// promising tacticals with the killers (A), then the other tacticals (the tacticals together are
+// T), then the quiet moves (Q), whose front gathers the moves with a history count.
 struct MovePickerState {
   int stage = 0;
   bool eager = false;
   bool history_partitioned = false;
   Move* list = nullptr;
-  Move* end = nullptr;        // shrinks by one when the hash move is removed
-  Move* promising_end = nullptr;  // end of P with the killers (region A)
-  Move* tactical_end = nullptr;   // end of the tactical moves T
+  Move* end = nullptr;            // shrinks by one when the hash move is removed
+  Move* promising_end = nullptr;  // end of A
+  Move* tactical_end = nullptr;   // end of T
   Move* history_end = nullptr;    // end of the history moves at the front of Q
 
   MovePickerState() = default;

@@ -65,7 +65,7 @@ bool FollowsQueenCheckLine(const Node& n) {
   return IsQueenCheck(tree.line[n.ply - 2]) && n.distance >= PERPETUAL_LINE_FLOOR && n.gamma >= tree.DrawValue();
 }
 
-// Step 8: the position type after the move that led here, without a hash entry.
+// The position type after the move that led here, without a hash entry.
 int InheritedPositionType(const Node& n, int parent_type) {
   if (n.ply == 0) return parent_type;
   Move last = n.tree.line[n.ply - 1];
@@ -81,7 +81,7 @@ int InheritedPositionType(const Node& n, int parent_type) {
   return leaves_start ? ClassifyPosition(n.board, parent_type) : POSITION_OPENING;
 }
 
-// Step 36: stores a lower bound (cutoff) or an upper bound of the node's value.
+// Stores a lower bound (cutoff) or an upper bound of the node's value.
 void StoreBound(const Node& n, int score, Move move, bool lower_bound) {
   if (n.distance < required_distance_to_store_hashtables) return;
   HASH_ENTRY entry{};
@@ -128,15 +128,15 @@ GenerateResult GenerateNodeMoves(Node& n, int& answer) {
   return n.end - n.list == 1 ? GenerateResult::SINGLE : GenerateResult::NORMAL;
 }
 
-// Step 9: the bitbases, for kings and pawns, from ply 3 on. Not consulted yet: nothing is found,
-// and the node goes on to step 10.
+// The bitbases, for kings and pawns, from ply 3 on. Not consulted yet: nothing is found, and the
+// node goes on to the tablebases.
 bool ProbeBitbasesAtNode(const Node&, int&) { return false; }
 
-// Step 10: the tablebases, with a budget of pieces by distance and type. Not consulted yet:
+// The tablebases, with a budget of pieces by distance and type. Not consulted yet:
 // nothing is found.
 bool ProbeEndgameDatabases(const Node&, int&) { return false; }
 
-// Step 11.
+// A pin that the last two moves created is a threat: less pruning here or at the next ply.
 void DetectPin(Node& n) {
   if (!enable_pin_threat_detection || n.ply <= 1) return;
   n.pin_code = DetectPinThreat(n.tree, n.tree.line[n.ply - 1], n.tree.line[n.ply - 2]);
@@ -150,7 +150,7 @@ void DetectPin(Node& n) {
   }
 }
 
-// Step 12.
+// A series of queen checks against the side to move may be a perpetual check.
 void DetectPerpetual(Node& n) {
   if (!n.in_check || !enable_perpetual_check_detection) return;
   const Move* line = n.tree.line;
@@ -165,7 +165,7 @@ void DetectPerpetual(Node& n) {
   }
 }
 
-// Step 13: whether the static evaluation alone answers yes.
+// Stand pat: whether the static evaluation alone answers yes.
 bool StandPat(Node& n) {
   if (n.in_check) return false;
   bool allowed = n.distance <= 0 ||
@@ -176,7 +176,7 @@ bool StandPat(Node& n) {
   return n.gamma <= Evaluate(n.tree.evaluator, n.board, n.gamma, n.type);
 }
 
-// Step 14's conditions.
+// When the enhanced transposition cutoff is worth trying.
 bool EttcAllowed(const Node& n) {
   return enable_ettc && (n.type > 1 || !only_use_ettc_in_endgames) && min_distance_for_ettc < n.distance &&
          n.distance <= max_distance_for_ettc && (n.node_type == NODE_CUT || !only_use_ettc_on_cut_nodes) &&
@@ -222,7 +222,7 @@ EttcResult EttcProbe(Node& n, int& answer) {
   return EttcResult::NO_CUTOFF;
 }
 
-// Step 15's conditions.
+// When a null move is worth trying.
 bool NullMoveWanted(const Node& n) {
   return !(n.flags & NODE_NO_NULL_MOVE) && !(n.threat & THREAT_ANY) && n.node_type != NODE_PV &&
          n.distance >= min_distance_for_null_move && min_ply_for_null_move <= n.ply &&
@@ -242,7 +242,7 @@ int NullMoveChildFlags() {
   return flags;
 }
 
-// Step 15: true if passing already keeps the value above gamma. Otherwise looks for a mate threat.
+// Null move: true if passing already keeps the value above gamma. Otherwise looks for a mate threat.
 bool NullMoveCutoff(Node& n) {
   if (!NullMoveWanted(n)) return false;
   int reduction = n.distance >= null_move_reduction_critical_distance ? max_null_move_search_reduction
@@ -265,7 +265,7 @@ bool NullMoveCutoff(Node& n) {
   return false;
 }
 
-// Steps 18 to 21, at distance above 0.
+// Razoring, futility and history pruning set up for the move loop.
 void LimitedRazoring(Node& n) {
   bool enabled = n.IsPv() ? enable_limited_razoring_if_searching_pv_move
                           : enable_limited_razoring_if_not_searching_pv_move;
@@ -335,7 +335,7 @@ bool InList(const Move* first, const Move* last, Move move) {
   return false;
 }
 
-// Step 22: without a hash move, a shallower search of the same node finds one. Returns false if
+// Internal iterative deepening: without a hash move, a shallower search of the same node finds one. Returns false if
 // the move it finds was already refuted by the enhanced transposition cutoff.
 bool InternalIterativeDeepening(Node& n) {
   int min_depth = n.IsPv() ? min_depth_for_iid_if_searching_pv_move : min_depth_for_iid_if_not_searching_pv_move;
@@ -365,7 +365,7 @@ struct MoveSource {
 
 enum class Next { MOVE, FINISH, ANSWER };
 
-// Step 24, the `pick` stage: the next move of the current region, or of the next one.
+// The next move from the ordered list of the current region, or of the next one.
 bool PickMove(Node& n, MoveSource& src, Move& move) {
   if (src.quiescence_order) {
     if (!src.scored) {
@@ -389,7 +389,7 @@ bool PickMove(Node& n, MoveSource& src, Move& move) {
   return true;
 }
 
-// Step 24: the next move by stage.
+// The next move: the hash move, then the generated list.
 Next NextMove(Node& n, MoveSource& src, Move& move, int& answer) {
   switch (src.stage) {
     case Stage::HASH_MOVE:
@@ -428,7 +428,7 @@ Next NextMove(Node& n, MoveSource& src, Move& move, int& answer) {
   }
 }
 
-// Steps 28 and 29: the reductions of a move; returns false if history pruning drops it.
+// History and late move reductions of a move; returns false if history pruning drops it.
 bool Reductions(const Node& n, Move move, int count, int kinds, int& reduction) {
   if (kinds == 0 && n.history_pruning && count > 10 && !IsTactical(move) &&
       n.tree.history->HistoryValue(move, n.board.side_to_move, n.ply) == 0) {
@@ -446,7 +446,7 @@ bool Reductions(const Node& n, Move move, int count, int kinds, int& reduction) 
   return true;
 }
 
-// Step 27: a move that can't bring gamma into reach at a futile node.
+// Futility: a move that can't bring gamma into reach at a futile node.
 bool IsFutileMove(const Node& n, Move move) {
   if (!n.futile || MoveGivesCheck(move)) return false;
   int gain = PIECE_VALUE[MoveCaptured(move)];
@@ -464,7 +464,7 @@ int ChildFlags(int base, Move move) {
   return flags;
 }
 
-// Steps 23 to 35.
+// The move loop: yes at the first move that reaches gamma, else no with an upper bound stored.
 int MoveLoop(Node& n) {
   int best = -MATE;
   Move best_move = 0;

@@ -5,9 +5,11 @@
 #include <initializer_list>
 
 #include "board/bitboard.h"
+#include "evaluation/evaluation.h"
 #include "evaluation/pawn_hash_entry.h"
 #include "evaluation_test_support.h"
 #include "frame/string_conversions.h"
+#include "hash/hash.h"
 
 namespace {
 
@@ -34,6 +36,56 @@ EvaluationRecord FactsOf(const Board& board) {
   StartSideFacts(record, board);
   ComputePawnFacts(record, board);
   return record;
+}
+
+// The leading passed pawn of each file, as the passed pawn term marks them before the structure
+// is scored: the highest for White, the lowest for Black.
+void MarkPassedFronts(EvaluationRecord& record) {
+  for (Color c : {WHITE, BLACK}) {
+    PawnFacts& facts = record.pawns[c];
+    for (int file = 0; file < 8; ++file) {
+      Bitboard on_file = facts.passed & FileMask(file);
+      if (on_file == 0) continue;
+      Square front = c == WHITE ? LastBit(on_file) : FirstBit(on_file);
+      facts.passed_front |= SquareBit(front);
+      facts.passed_front_rank[file] = std::uint16_t(RankOf(front));
+    }
+  }
+}
+
+// The record after the pawn structure of the middlegame variant was scored.
+EvaluationRecord StructureOf(const Board& board) {
+  EvaluationRecord record = FactsOf(board);
+  MarkPassedFronts(record);
+  EvaluatePawnStructure(record, board, MIDDLEGAME_PAWN_POSITIONAL, MIDDLEGAME_PAWN_DYNAMIC);
+  return record;
+}
+
+struct ExpectedPotential {
+  Color colour;
+  int wing;
+  int attack, defence;
+};
+
+// The pair and every potential; the potentials not listed must be 0.
+void ExpectSummary(const char* fen, int positional, int dynamic,
+                   std::initializer_list<ExpectedPotential> potentials) {
+  PawnSummary summary = StructureOf(FromFen(fen)).pawn_summary;
+  EXPECT_EQ(summary.positional, positional) << fen;
+  EXPECT_EQ(summary.dynamic, dynamic) << fen;
+  int expected[2][WING_COUNT][2] = {};
+  for (const ExpectedPotential& p : potentials) {
+    expected[p.colour][p.wing][POTENTIAL_ATTACK] = p.attack;
+    expected[p.colour][p.wing][POTENTIAL_DEFENCE] = p.defence;
+  }
+  for (Color c : {WHITE, BLACK}) {
+    for (int wing = 0; wing < WING_COUNT; ++wing) {
+      EXPECT_EQ(summary.potential[c][wing][POTENTIAL_ATTACK], expected[c][wing][POTENTIAL_ATTACK])
+          << fen << " colour " << c << " wing " << wing;
+      EXPECT_EQ(summary.potential[c][wing][POTENTIAL_DEFENCE], expected[c][wing][POTENTIAL_DEFENCE])
+          << fen << " colour " << c << " wing " << wing;
+    }
+  }
 }
 
 // The facts of the pawns that a later pawn table hit restores or recomputes.
@@ -236,6 +288,171 @@ TEST(PawnFacts, AHitRebuildsTheFactsOfAMiss) {
       for (Color c : {WHITE, BLACK}) ASSERT_EQ(hit.side_facts[c].attacks, miss.side_facts[c].attacks);
     });
   }
+}
+
+// Each position is worked out by hand, term by term, with the middlegame tables.
+TEST(PawnStructure, DoubledAndIsolatedPawns) {
+  // a2 a3, both passed: the tables (-15/-25, -14/-25), the doubled isolated pair with nothing ahead
+  // (-50/-30), and the queenside majority (18/10). PawnIsolated is not called for them.
+  ExpectSummary("4k3/8/8/8/8/P7/P7/4K3 w - - 0 1", -61, -70, {{WHITE, WING_QUEENSIDE, 0, -10}});
+  // c2 c3 c4 against c6: tripled and isolated with c6 two ranks ahead of the front pawn (-85/-82);
+  // c6 is isolated (14/4 with d = 2); d4 is White's, Black can come to attack it (2/4).
+  ExpectSummary("4k3/8/2p5/8/2P5/2P5/2P5/4K3 w - - 0 1", -69, -76,
+                {{WHITE, WING_CENTRE, 2, -8}, {BLACK, WING_CENTRE, 0, -2}});
+}
+
+TEST(PawnStructure, BackwardPawnsAndTheCentre) {
+  // e4 backward but not weak (10/5) and isolated (18/6); d6 and f6 weak backward (15/12 each) and
+  // isolated; White holds d5 and Black e5 for good (4/12 each).
+  ExpectSummary("4k3/8/3p1p2/8/4P3/8/8/4K3 w - - 0 1", 41, 50,
+                {{WHITE, WING_CENTRE, 5, -7}, {BLACK, WING_CENTRE, 0, -24}});
+}
+
+TEST(PawnStructure, IsolatedQueenPawnFile) {
+  // d4 against c6: backward, isolated, and an isolated queen's pawn facing c6 (-10/9, attack 6);
+  // c6 weak backward and isolated; each side holds one centre square; White has the d-pawn.
+  ExpectSummary("4k3/8/2p5/8/3P4/8/8/4K3 w - - 0 1", 12, 49,
+                {{WHITE, WING_CENTRE, 12, -17}, {BLACK, WING_CENTRE, 3, -9}});
+}
+
+TEST(PawnStructure, ConnectedPassersChainsAndMajorities) {
+  // a2 b3 c4, all passed. The walk over the files pairs b with a (9 * 16/11 / 8) and then skips
+  // to d, so c and b are not paired. b3 and c4 are guarded by sound bases (3/0 each). Each side
+  // has a majority (18/10), of passed pawns only, h7 is isolated (18/6), and White holds d5.
+  ExpectSummary("4k3/7p/8/8/2P5/1P6/P7/4K3 w - - 0 1", 45, 17,
+                {{WHITE, WING_QUEENSIDE, 5, 2},
+                 {WHITE, WING_CENTRE, 6, 0},
+                 {BLACK, WING_QUEENSIDE, 0, -5},
+                 {BLACK, WING_KINGSIDE, 2, -4}});
+}
+
+// The pawn structure of a position and of its mirror are the same with the colours exchanged.
+TEST(PawnStructure, MirrorNegatesThePairAndExchangesThePotentials) {
+  int scored = 0;
+  for (const auto& start : WalkStarts()) {
+    Board board = FromFen(start.fen);
+    ForEachNode(board, start.depth - 1, [&](const Board& node) {
+      PawnSummary a = StructureOf(node).pawn_summary;
+      PawnSummary b = StructureOf(Mirrored(node)).pawn_summary;
+      ASSERT_EQ(a.positional, -b.positional) << start.fen;
+      ASSERT_EQ(a.dynamic, -b.dynamic) << start.fen;
+      for (Color c : {WHITE, BLACK}) {
+        for (int wing = 0; wing < WING_COUNT; ++wing) {
+          for (int kind : {POTENTIAL_ATTACK, POTENTIAL_DEFENCE}) {
+            ASSERT_EQ(a.potential[c][wing][kind], b.potential[c ^ 1][wing][kind]) << start.fen;
+          }
+        }
+      }
+      scored += a.positional != 0 || a.dynamic != 0;
+    });
+  }
+  EXPECT_GT(scored, 100);
+}
+
+// EvaluatePawnExtras on a record prepared as the full evaluator does before the pieces.
+struct Extras {
+  ScorePair pair;
+  EvaluationRecord record;
+};
+Extras ExtrasOf(const char* fen) {
+  Board board = FromFen(fen);
+  Extras extras{ScorePair(), FactsOf(board)};
+  MarkPassedFronts(extras.record);
+  extras.pair = EvaluatePawnExtras(extras.record, board);
+  return extras;
+}
+
+TEST(PawnExtras, MajoritiesAgainstTheKing) {
+  // The queenside majority far from the black king.
+  Extras far = ExtrasOf("6k1/8/8/8/8/8/PP6/4K3 w - - 0 1");
+  EXPECT_EQ(far.pair, ScorePair(20, 7));
+  EXPECT_EQ(far.record.potential[WHITE][WING_QUEENSIDE][POTENTIAL_ATTACK], 2);
+  EXPECT_EQ(far.record.endgame_term, 12);
+  // Four against three next to the king; and the same majority with Black's, mirrored: no term.
+  Extras near = ExtrasOf("2k5/pp1p4/8/8/8/8/PPPP4/4K3 w - - 0 1");
+  EXPECT_EQ(near.pair, ScorePair(5, 14));
+  EXPECT_EQ(near.record.potential[WHITE][WING_QUEENSIDE][POTENTIAL_ATTACK], 5);
+  EXPECT_EQ(near.record.endgame_term, 20);
+  Extras mirrored = ExtrasOf("4k3/pppp4/8/8/8/8/PP1P4/2K5 b - - 0 1");
+  EXPECT_EQ(mirrored.pair, ScorePair(-5, -14));
+  EXPECT_EQ(mirrored.record.potential[BLACK][WING_QUEENSIDE][POTENTIAL_ATTACK], 5);
+  EXPECT_EQ(mirrored.record.endgame_term, -20);
+}
+
+TEST(PawnExtras, BlockedCentrePawnsAndTheIsolatedQueenPawn) {
+  // e2 behind a bishop (-18/-28), c2 behind a knight with d4 and d5 locked (-25/-25), the queenside
+  // majority far from the king (20/7); Black's isolated d5 with only minor pieces left on the board:
+  // -18/-16 for Black.
+  Extras blocked = ExtrasOf("4k3/8/8/3p4/3P4/2N1B3/2PPP3/4K3 w - - 0 1");
+  EXPECT_EQ(blocked.pair, ScorePair(-5, -30));
+  EXPECT_EQ(blocked.record.potential[WHITE][WING_CENTRE][POTENTIAL_ATTACK], -10);
+  EXPECT_EQ(blocked.record.potential[WHITE][WING_CENTRE][POTENTIAL_DEFENCE], -4);
+  EXPECT_EQ(blocked.record.endgame_term, 12);
+  // White's isolated d4 with a rook behind it (6/6) and a bishop of its colour guarding it (0/-2).
+  Extras iqp = ExtrasOf("4k3/8/8/8/3P4/4B3/8/3RK3 w - - 0 1");
+  EXPECT_EQ(iqp.pair, ScorePair(-12, -12));
+  EXPECT_EQ(iqp.record.potential[WHITE][WING_CENTRE][POTENTIAL_DEFENCE], 4);
+  // With all pieces on the board it is an asset (0/25); the bishop on c1 doesn't see d4 (0/1).
+  Extras rich = ExtrasOf("rnbqkbnr/pp2pppp/8/8/3P4/8/PP3PPP/RNBQKBNR w KQkq - 0 1");
+  EXPECT_EQ(rich.pair, ScorePair(0, 26));
+  EXPECT_EQ(rich.record.potential[WHITE][WING_CENTRE][POTENTIAL_DEFENCE], 1);
+  // Both sides with one: only the defences drop.
+  Extras both = ExtrasOf("4k3/8/8/3p4/3P4/8/8/4K3 w - - 0 1");
+  EXPECT_EQ(both.pair, ScorePair());
+  EXPECT_EQ(both.record.potential[WHITE][WING_CENTRE][POTENTIAL_DEFENCE], -6);
+  EXPECT_EQ(both.record.potential[BLACK][WING_CENTRE][POTENTIAL_DEFENCE], -6);
+}
+
+// Pawn-rich middlegames, with isolated, doubled, backward and passed pawns on both sides.
+const evaluation_test::WalkStart PAWN_STRUCTURES[] = {
+    {"r1bq1rk1/pp3ppp/2n1pn2/3p4/3P4/2NBPN2/PP3PPP/R2QK2R w KQ - 0 9", 2},
+    {"r2q1rk1/1b2bppp/p2ppn2/1p6/3NPP2/1BN5/PPP3PP/R2Q1RK1 w - - 0 12", 2},
+    {"2r2rk1/pp3ppp/4pn2/q2p4/2PP4/P3PN2/5PPP/R2QR1K1 b - - 0 16", 2},
+    {"r4rk1/5ppp/p1p5/1p1pP3/3P4/2P2N2/P4PPP/R4RK1 w - - 0 20", 2},
+};
+
+// A pawn table hit gives the full evaluator the same pawn summary, potentials and score as the
+// miss that stored the entry, in both variants.
+TEST(PawnStructure, APawnTableHitScoresLikeTheMiss) {
+  EvaluationSettings settings;
+  EvaluationRecord record;
+  record.settings = &settings;
+  record.allow_lazy_exits = false;
+  int compared = 0;
+  auto compare = [&](const Board& node) {
+    for (PositionType type : {POSITION_OPENING, POSITION_MIDDLEGAME}) {
+      PawnHashTable.Clear();
+      EvaluationHashTable.Clear();
+      int from_miss = Evaluate(record, node, 0, type);
+      EvaluationRecord miss = record;
+      EvaluationHashTable.Clear();
+      int from_hit = Evaluate(record, node, 0, type);
+      ASSERT_EQ(record.pawn_summary.from_hash, 1);
+      ASSERT_EQ(from_hit, from_miss);
+      ASSERT_EQ(record.pawn_summary.positional, miss.pawn_summary.positional);
+      ASSERT_EQ(record.pawn_summary.dynamic, miss.pawn_summary.dynamic);
+      ASSERT_EQ(record.endgame_term, miss.endgame_term);
+      for (Color c : {WHITE, BLACK}) {
+        for (int wing = 0; wing < WING_COUNT; ++wing) {
+          for (int kind : {POTENTIAL_ATTACK, POTENTIAL_DEFENCE}) {
+            ASSERT_EQ(record.potential[c][wing][kind], miss.potential[c][wing][kind]);
+          }
+        }
+      }
+      ++compared;
+    }
+  };
+  for (const auto& start : PAWN_STRUCTURES) {
+    Board board = FromFen(start.fen);
+    ForEachNode(board, start.depth, compare);
+  }
+  for (const auto& start : WalkStarts()) {
+    Board board = FromFen(start.fen);
+    ForEachNode(board, start.depth - 1, compare);
+  }
+  EXPECT_GT(compared, 5000);
+  PawnHashTable.Clear();
+  EvaluationHashTable.Clear();
 }
 
 }  // namespace

@@ -20,24 +20,6 @@ void ExpectEnd(const UserBoard& game, const char* result, const char* reason) {
 
 }  // namespace
 
-TEST(GameEnd, ResultAndReasonTexts) {
-  EXPECT_EQ(ResultText(RESULT_WHITE_WINS), "1-0");
-  EXPECT_EQ(ResultText(RESULT_BLACK_WINS), "0-1");
-  EXPECT_EQ(ResultText(RESULT_DRAW), "1/2-1/2");
-  EXPECT_EQ(ResultText(RESULT_UNFINISHED), "*");
-  EXPECT_EQ(ResultText(17), "*");
-  EXPECT_EQ(ReasonText(RESULT_WHITE_WINS, REASON_MATE), "White mates");
-  EXPECT_EQ(ReasonText(RESULT_BLACK_WINS, REASON_MATE), "Black mates");
-  EXPECT_EQ(ReasonText(RESULT_WHITE_WINS, REASON_RESIGNATION), "Black resigns");
-  EXPECT_EQ(ReasonText(RESULT_BLACK_WINS, REASON_RESIGNATION), "White resigns");
-  EXPECT_EQ(ReasonText(RESULT_BLACK_WINS, REASON_TIME), "Lost on time");
-  EXPECT_EQ(ReasonText(RESULT_DRAW, REASON_AGREEMENT), "Mutual agreement");
-  EXPECT_EQ(ReasonText(RESULT_DRAW, REASON_FIFTY_MOVES), "Fifthy move rule");
-  EXPECT_EQ(ReasonText(RESULT_UNFINISHED, REASON_ABORTED), "aborted");
-  EXPECT_EQ(ReasonText(RESULT_DRAW, REASON_UNKNOWN), "unknown reason");
-  EXPECT_EQ(ReasonText(RESULT_DRAW, 42), "unknown reason");
-}
-
 TEST(GameEnd, MateAndStalemate) {
   UserBoard fools_mate = GameFrom();
   Play(fools_mate, "f3 e5 g4");

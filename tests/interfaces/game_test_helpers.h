@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <sstream>
 #include <string>
 
@@ -35,6 +36,13 @@ inline Move Parse(const GameBoard& board, const std::string& text) {
   Move move = MOVE_INVALID;
   EXPECT_EQ(ZephrinInterfaces::ParseMove(board, text, move), ZephrinInterfaces::PARSE_OK) << text;
   return move;
+}
+
+inline std::string Slurp(const std::string& file_name) {
+  std::ifstream in(file_name, std::ios::binary);
+  std::ostringstream text;
+  text << in.rdbuf();
+  return text.str();
 }
 
 inline std::string DataFile(const std::string& name) {

@@ -146,10 +146,24 @@ TEST_F(SearchTest, MaxDepthOneRunsOnlyTheFirstIteration) {
   EXPECT_EQ(finished_calls, 1);
 }
 
+TEST_F(SearchTest, AnalyzeIgnoresTheDepthLimitAndRunsAllIterations) {
+  SearchRequest request;
+  request.type = SEARCH_ANALYZE;
+  request.max_depth = 3;
+  request.game.SetFromFen("k7/8/1K6/8/8/8/8/7R b - - 0 1");  // one legal move, mated next move
+  search.RunSearch(request, nullptr);  // without an owner the wait for a command ends at once
+  EXPECT_EQ(search.depth, 79);
+  EXPECT_EQ(search.move_count, 1);
+  EXPECT_EQ(search.score, -32765);
+  EXPECT_EQ(finished_calls, 1);
+}
+
 TEST_F(SearchTest, PrincipalVariationIsLegalAndStartsWithTheBestMove) {
   Run("r2q1rk1/pp2bppp/2n1pn2/3p4/3P4/2NBPN2/PP3PPP/R2Q1RK1 w - - 0 10", 4);
   ASSERT_GE(search.pv.size(), 2u);
   EXPECT_EQ(search.pv[0].move, search.best_move);
+  EXPECT_EQ(search.root_moves[0]->move, search.best_move);  // the best move leads the root list
+  EXPECT_EQ(search.root_moves[0]->line.front(), search.best_move);
   UserBoard game;
   game.SetFromFen("r2q1rk1/pp2bppp/2n1pn2/3p4/3P4/2NBPN2/PP3PPP/R2Q1RK1 w - - 0 10");
   for (const PvMove& move : search.pv) {
