@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -26,7 +27,9 @@ inline Board Mirrored(const Board& board) {
   int ep = state.ep_square != 0 ? state.ep_square ^ 56 : 0;
   int castling = (state.castling & 3) << 2 | state.castling >> 2;
   Board mirror;
-  mirror.SetPosition(squares, board.side_to_move ^ 1, ep, castling);
+  if (!mirror.SetPosition(squares, board.side_to_move ^ 1, ep, castling)) {
+    throw std::logic_error("the mirror of a valid position is invalid");
+  }
   return mirror;
 }
 
