@@ -18,7 +18,9 @@ Usage: bench/match.sh [options]
                         (Skill Level 0-20); default fairymax
   -f, --first ENGINE    first engine: a path or one of the names above (default build/zephrin)
       --tc TIME         base time per game, in minutes or m:ss (default 0:05, five seconds)
-      --inc SECONDS     increment per move (default 0.1)
+      --inc SECONDS     increment per move (default 0.1; 0 with --mps)
+      --mps N           conventional control: N moves in TIME, repeating (xboard -mps);
+                        no increment. "--mps 40 --tc 0:10" sends "level 40 0:10 0"
       --ponder          let both engines ponder (default: no pondering)
       --post            have the engines send thinking output (default: "post" is never
                         sent, and the first engine must then send nothing but protocol lines)
@@ -44,7 +46,7 @@ here=$(cd "$(dirname "$0")" && pwd)
 export PATH="$PATH:/usr/games"
 root=$(cd "$here/.." && pwd)
 
-games=4 opponent=fairymax first="$root/build/zephrin" tc=0:05 inc=0.1 ponder=0 post=0
+games=4 opponent=fairymax first="$root/build/zephrin" tc=0:05 inc=0.1 mps=0 ponder=0 post=0
 openings="$here/openings.fen" start=1 out="" pair_timeout="" quiet=0 strict=auto
 while [ $# -gt 0 ]; do
   case "$1" in
@@ -53,6 +55,7 @@ while [ $# -gt 0 ]; do
     -f|--first) first=$2; shift ;;
     --tc) tc=$2; shift ;;
     --inc) inc=$2; shift ;;
+    --mps) mps=$2; shift ;;
     --ponder) ponder=1 ;;
     --post) post=1 ;;
     --openings) openings=$2; shift ;;
@@ -75,6 +78,11 @@ say() { [ "$quiet" = 1 ] || echo "$@"; }
 [[ "$start" =~ ^[1-9][0-9]*$ ]] || die "--start needs a positive number"
 [[ "$tc" =~ ^[0-9]+(:[0-5][0-9])?$ ]] || die "--tc takes minutes or m:ss, e.g. 0:05 or 2"
 [[ "$inc" =~ ^[0-9]+(\.[0-9]+)?$ ]] || die "--inc takes seconds, e.g. 0.1"
+[[ "$mps" =~ ^[0-9]+$ ]] || die "--mps needs a number of moves"
+# xboard gives no increment with a move count, so --mps clears the default one.
+if [ "$mps" -gt 0 ]; then
+  inc=0
+fi
 [ -z "$pair_timeout" ] || [[ "$pair_timeout" =~ ^[1-9][0-9]*$ ]] || die "--timeout needs seconds"
 [ -r "$openings" ] || die "cannot read the opening file $openings"
 
@@ -184,7 +192,9 @@ EOF
 base_seconds=$(awk -v t="$tc" 'BEGIN { n = split(t, p, ":"); print (n == 2 ? p[1] * 60 + p[2] : p[1] * 60) }')
 [ "$base_seconds" -gt 0 ] || die "--tc must give some time"
 if [ -z "$pair_timeout" ]; then
-  pair_timeout=$(awk -v b="$base_seconds" -v i="$inc" 'BEGIN { printf "%d", 2 * (2 * (b + 300 * i) + 15) + 60 }')
+  # With a move count, a long game (150 moves a side) sees the base time that often renewed.
+  pair_timeout=$(awk -v b="$base_seconds" -v i="$inc" -v m="$mps" \
+    'BEGIN { t = m > 0 ? b * int((150 + m - 1) / m) : b + 300 * i; printf "%d", 2 * (2 * t + 15) + 60 }')
 fi
 
 # Stops the xboard of pair $1, if it still runs; and on an interrupt of the whole match.
@@ -205,7 +215,13 @@ ponder_flag=-xponder
 post_flags=(-showThinking false -hideThinkingFromHuman true)
 [ "$post" = 1 ] && post_flags=(-showThinking true)
 
-say "Match: $first_cmd against $opponent, $games games at $tc + $inc s, output in $out"
+control="$tc + $inc s"
+clock=(-tc "$tc" -inc "$inc")
+if [ "$mps" -gt 0 ]; then
+  control="$mps moves in $tc, repeating"
+  clock=(-mps "$mps" -tc "$tc")
+fi
+say "Match: $first_cmd against $opponent, $games games at $control, output in $out"
 pairs=$(( (games + 1) / 2 ))
 for ((pair = 1; pair <= pairs; pair++)); do
   nn=$(printf %02d "$pair")
@@ -215,7 +231,7 @@ for ((pair = 1; pair <= pairs; pair++)); do
   echo "${positions[$index]}" >"$out/status/position-$nn.fen"
   args=(-fcp "python3 $out/engine-guard.py $out/status/first-$nn $first_cmd" -fd "$out"
         -scp "python3 $out/engine-guard.py $out/status/second-$nn $second_cmd" -sd "$out"
-        -mg "$in_pair" -tc "$tc" -inc "$inc" "$ponder_flag" "${post_flags[@]}" -autoCallFlag true -matchPause 1000
+        -mg "$in_pair" "${clock[@]}" "$ponder_flag" "${post_flags[@]}" -autoCallFlag true -matchPause 1000
         -lpf "$out/status/position-$nn.fen" -lpi 1
         -saveGameFile "$out/pgn/$nn.pgn" -debugMode true -nameOfDebugFile "$out/logs/xboard-$nn.debug"
         -popupExitMessage false -saveSettingsOnExit false -soundProgram "" -noGUI)

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # End to end through the real XBoard front end: two short games of the engine against
-# Fairy-Max, one with each colour. Fails on any illegal move, time forfeit, crash or
+# Fairy-Max, one with each colour, at 40 moves in 10 seconds, repeating. Fails on any illegal move, time forfeit, crash or
 # unfinished game, and on protocol faults in the engine's traffic.
 #
 # Usage: tests/e2e/xboard_match.sh [ENGINE]    (default: build/zephrin)
@@ -13,7 +13,7 @@ bash "$root/.ci/install-deps" xboard xvfb fairymax || exit 1
 python3 "$root/bench/check-protocol-log.py" --self-test || exit 1
 
 out=$(mktemp -d "${TMPDIR:-/tmp}/xboard-match.XXXXXX")
-bash "$root/bench/match.sh" --first "$engine" --opponent fairymax --games 2 --tc 0:05 --inc 0.1 \
+bash "$root/bench/match.sh" --first "$engine" --opponent fairymax --games 2 --mps 40 --tc 0:10 \
   --quiet --out "$out"
 status=$?
 if [ "$status" -eq 0 ]; then
