@@ -367,7 +367,11 @@ for row in open(os.path.join(out, "pairs.tsv")):
         elif "invalid move" in text or "illegal move" in text:
             count["illegal"][loser or "first"] += 1
             notes.append("pair %s game %d: %s" % (nn, number, reason))
-        elif re.search(r"on time|flag fell|time forfeit", text) and loser:
+        elif re.search(r"on time|flag fell|time forfeit", text) and (loser or "wins on time" in text):
+            # "Black wins on time but bare king" is a draw, but White's flag fell all the same.
+            flag = re.search(r"(white|black) wins on time", text)
+            if flag:
+                loser = "first" if (flag.group(1) == "black") == first_white else "second"
             if died[loser] and number == len(games):
                 notes.append("pair %s game %d: %s (the %s engine had died)" % (nn, number, reason, loser))
             else:
