@@ -32,6 +32,8 @@ Usage: bench/match.sh [options]
                         for zephrin)
       --lenient         other output of the first engine is only noted (the default for
                         other engines, which talk freely)
+      --first-faults    judge only the first engine's faults: the opponent's illegal moves,
+                        time forfeits and crashes are reported but do not fail the match
       --quiet           print only the summary
   -h, --help            this text
 
@@ -47,7 +49,7 @@ export PATH="$PATH:/usr/games"
 root=$(cd "$here/.." && pwd)
 
 games=4 opponent=fairymax first="$root/build/zephrin" tc=0:05 inc=0.1 mps=0 ponder=0 post=0
-openings="$here/openings.fen" start=1 out="" pair_timeout="" quiet=0 strict=auto
+openings="$here/openings.fen" start=1 out="" pair_timeout="" quiet=0 strict=auto judged=both
 while [ $# -gt 0 ]; do
   case "$1" in
     -n|--games) games=$2; shift ;;
@@ -63,6 +65,7 @@ while [ $# -gt 0 ]; do
     -d|--out) out=$2; shift ;;
     --timeout) pair_timeout=$2; shift ;;
     --quiet) quiet=1 ;;
+    --first-faults) judged=first ;;
     --strict) strict=1 ;;
     --lenient) strict=0 ;;
     -h|--help) usage; exit 0 ;;
@@ -275,11 +278,12 @@ chatter=""
 [ "$strict" = 1 ] || chatter=--allow-chatter
 python3 "$here/check-protocol-log.py" $chatter "$out"/logs/xboard-*.debug >"$out/logs/protocol-check.txt" 2>&1
 
-python3 - "$out" "$games" "$first" "$opponent" <<'EOF' | tee "$out/summary.txt"
+python3 - "$out" "$games" "$first" "$opponent" "$judged" <<'EOF' | tee "$out/summary.txt"
 import math, os, re, signal, sys
 
 out, expected, first_name, second_name = sys.argv[1], int(sys.argv[2]), sys.argv[3], sys.argv[4]
 sides = ("first", "second")
+judged = sides if sys.argv[5] == "both" else ("first",)
 count = {what: {s: 0 for s in sides} for what in ("illegal", "forfeit", "crash")}
 wins = draws = losses = unfinished = 0
 reasons = {}
@@ -430,7 +434,7 @@ print("  protocol log of the first engine: %d failures (%d of %s moves checked)%
          ", see logs/protocol-check.txt" if protocol_failures else ""))
 for note in notes[:30]:
     print("  - " + note)
-bad = (sum(count["illegal"].values()) + sum(count["forfeit"].values()) + sum(count["crash"].values())
+bad = (sum(count[what][s] for what in ("illegal", "forfeit", "crash") for s in judged)
        + unfinished + protocol_failures)
 print("RESULT: %s" % ("PASS" if bad == 0 else "FAIL"))
 sys.exit(0 if bad == 0 else 1)
