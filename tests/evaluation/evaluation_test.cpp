@@ -123,7 +123,9 @@ TEST_F(EvaluateTest, LazyExitsAgreeWithTheFullEvaluation) {
       // With lazy exits on, the bisection still finds the full score. A misjudged bound next to
       // the score (the offsets -1, 0 and 1) is the only way it can go astray.
       EvaluationHashTable.Clear();
-      if (!misjudged) ASSERT_EQ(ExactEvaluation(record, node, type), exact) << start.fen;
+      if (!misjudged) {
+        ASSERT_EQ(ExactEvaluation(record, node, type), exact) << start.fen;
+      }
     });
   }
   EXPECT_GT(lazy_answers, 1000);
