@@ -27,7 +27,13 @@ constexpr Move CASTLE_BLACK_SHORT_MOVE = 0x6fbc;
 constexpr Move CASTLE_BLACK_LONG_MOVE = 0x6ebc;
 
 // Writes the moves of the position that the mask asks for at list (room for MAX_MOVES entries)
-// and returns the end of what it wrote. The order is a fixed function of position and mask.
+// and returns the end of what it wrote. The order is a fixed function of position and mask:
+// castling (short first), knights, bishops, rooks, queens, pawn pushes, double steps, pawn captures
+// towards the a-file, then towards the h-file, en passant, king; each piece from the lowest square,
+// each target from the lowest square; promotions as queen, rook, bishop, knight.
+// Without GEN_QUIET or GEN_UNDERPROMOTIONS a promotion is emitted as a queen when the mask has
+// GEN_QUEEN_PROMOTIONS (or GEN_CAPTURES, for a capturing one), and as each piece that gives direct
+// check when the mask asks for such checks.
 Move* GenerateMoves(Move* list, const Board& board, int mask);
 
 // All legal moves (mask 0xff) into moves, which is cleared first.

@@ -7,7 +7,8 @@ constexpr int kSeparation = 70;
 
 long ModDiff(long x, long y) { return (x - y) & (kModulus - 1); }
 
-LaggedFibonacci random_source;
+// Constant-initialised, so that tables built during static initialisation find it ready.
+constinit LaggedFibonacci random_source;
 
 }  // namespace
 

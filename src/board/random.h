@@ -8,7 +8,7 @@
 
 class LaggedFibonacci {
  public:
-  explicit LaggedFibonacci(long seed = 314159) : seed_(seed) {}
+  constexpr explicit LaggedFibonacci(long seed = 314159) : seed_(seed) {}
   std::uint32_t Next() {
     if (next_ == kLong) Refill();
     return std::uint32_t(buffer_[next_++]);

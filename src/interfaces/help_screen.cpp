@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <set>
 
 #include "frame/command_line.h"
 #include "frame/input.h"
@@ -118,9 +119,8 @@ const std::vector<HelpEntry>& HelpTable() {
 AbstractHelpScreenFormatter::AbstractHelpScreenFormatter(std::vector<HelpEntry> table) : entries(std::move(table)) {
   std::stable_sort(entries.begin(), entries.end(),
                    [](const HelpEntry& a, const HelpEntry& b) { return CaselessLess(a.command, b.command); });
-  entries.erase(std::unique(entries.begin(), entries.end(),
-                            [](const HelpEntry& a, const HelpEntry& b) { return a.command == b.command; }),
-                entries.end());
+  std::set<std::string> seen;
+  std::erase_if(entries, [&seen](const HelpEntry& entry) { return !seen.insert(entry.command).second; });
   for (const HelpEntry& entry : entries) {
     key_width = std::max(key_width, static_cast<int>(entry.command.size()));
     text_width = std::max(text_width, static_cast<int>(entry.description.size()));
@@ -128,7 +128,8 @@ AbstractHelpScreenFormatter::AbstractHelpScreenFormatter(std::vector<HelpEntry> 
 }
 
 std::pair<std::string, int> FormatDescription(const std::string& description, int key_width, int columns) {
-  const std::string new_line = "\n" + std::string(key_width + 1, ' ');
+  std::string new_line(key_width + 2, ' ');  // a line break, then the key column and its dot
+  new_line[0] = '\n';
   std::string text;
   int lines = 1;
   int length = 0;

@@ -118,6 +118,7 @@ void CheckMove(Board& board, Move m) {
   EXPECT_EQ((m & MOVE_DISCOVERED_CHECK) != 0, discovered) << where;
   EXPECT_EQ(board.InCheck(), reference::Attacks(board, q, board.side_to_move ^ 1)) << where;
   board.UnmakeMove(m);
+  EXPECT_TRUE(board.IsConsistent()) << where;
   ExpectSameBoard(board, before, where);
 }
 

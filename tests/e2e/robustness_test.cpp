@@ -46,7 +46,7 @@ std::string MutatedCommand(std::mt19937& random) {
     line += random() % 3 == 0 ? "\t" : " ";
     switch (random() % 3) {
       case 0: line += ODD_ARGUMENTS[random() % ODD_ARGUMENTS.size()]; break;
-      case 1: line += std::to_string(static_cast<int>(random()) - 1000000); break;
+      case 1: line += std::to_string(static_cast<long long>(random()) - 2147483648LL); break;
       default: line += RandomBytes(random, random() % 12); break;
     }
   }
