@@ -61,7 +61,7 @@ TEST(MatingTest, KingAndQueenDriveTheLoneKingToTheEdge) {
                           "8/4k3/8/8/8/4K3/8/1Q6 w - - 0 1", "4k3/8/8/8/8/4K3/8/1Q6 w - - 0 1"}) {
     Board board = FromFen(fen);
     int score = EvaluateMating(board);
-    EXPECT_GE(score, 3000) << fen;
+    EXPECT_GT(score, 2900) << fen;  // the lone king and nothing else: about 2000 over the queen
     EXPECT_GT(score, previous) << fen;
     EXPECT_EQ(EvaluateMating(Mirrored(board)), score) << fen;
     previous = score;
