@@ -328,9 +328,10 @@ TEST(PawnExtras, BlockedCentrePawnsAndTheIsolatedQueenPawn) {
   EXPECT_EQ(blocked.record.potential[WHITE][WING_CENTRE][POTENTIAL_ATTACK], -10);
   EXPECT_EQ(blocked.record.potential[WHITE][WING_CENTRE][POTENTIAL_DEFENCE], -4);
   EXPECT_EQ(blocked.record.endgame_term, 12);
-  // White's isolated d4 with a rook behind it (6/6) and a bishop of its colour guarding it (0/-2).
+  // White's isolated d4 with a rook behind it (6/6) and a bishop of its colour guarding it (0/-2);
+  // the pawn is passed, and the rook behind it adds 5/5 to its details.
   Extras iqp = ExtrasOf("4k3/8/8/8/3P4/4B3/8/3RK3 w - - 0 1");
-  EXPECT_EQ(iqp.pair, ScorePair(-12, -12));
+  EXPECT_EQ(iqp.pair, ScorePair(-7, -7));
   EXPECT_EQ(iqp.record.potential[WHITE][WING_CENTRE][POTENTIAL_DEFENCE], 4);
   // With all pieces on the board it is an asset (0/25); the bishop on c1 doesn't see d4 (0/1).
   Extras rich = ExtrasOf("rnbqkbnr/pp2pppp/8/8/3P4/8/PP3PPP/RNBQKBNR w KQkq - 0 1");
