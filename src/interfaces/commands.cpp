@@ -5,6 +5,7 @@
 
 #include "evaluation/evaluation.h"
 #include "evaluation/evaluation_settings.h"
+#include "evaluation/personalities.h"
 #include "frame/checked_assert.h"
 #include "frame/control_exceptions.h"
 #include "frame/input.h"
@@ -500,12 +501,9 @@ void Command_DisplayPersonality::Execute(Game& game) {
 
 void Command_SetPersonality::Execute(Game& game) {
   RequireForceMode(*this, game);
-  const std::int32_t limited = std::clamp(value, -1000, 1000);
+  const int limited = LimitPersonality(value);
   if (limited != game.Protocol().personality) {
-    // Stored scores belong to the old mix; the pawn table keeps both halves unmixed.
-    EvalSettings.personality = static_cast<std::int16_t>(limited);
-    TranspositionTable.Clear();
-    EvaluationHashTable.Clear();
+    SetPersonality(EvalSettings, limited);
     game.Protocol().personality = static_cast<std::int16_t>(limited);
   }
   done = true;

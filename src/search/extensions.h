@@ -1,14 +1,12 @@
 // Extensions and threat detection as the node calls them. Node extensions (threats the node has
 // found) are paid to every move of the node; move extensions belong to one move. Both are small
 // additions to the distance, in 1/64 ply.
-//
-// Not yet written: every extension and detector below answers "nothing found", so the search runs
-// as with no extension at all. Each hook is the one place where its rule goes in.
+// Each measure exists in full (near the root) and limited (further out) form.
 #pragma once
 
 #include <cstdint>
 
-#include "board/types.h"
+#include "board/board.h"
 
 struct SearchTree;
 
@@ -58,6 +56,11 @@ NodeExtensionResult NodeExtension(SearchTree& tree, int distance, int node_type,
 int MoveExtension(const SearchTree& tree, Move move, int flags, int threat_flags,
                   const NodeExtensionResult& node, int& kinds);
 
+// Whether a queen of the side to move is attacked by a pawn, knight, bishop or rook.
+bool QueenIsAttacked(const Board& board);
+// Whether a piece on `pinned`, pinned by `pinner` of `side`, is really held: it can't simply take
+// the pinner or move along the line.
+bool PinIsReal(const Board& board, Square pinner, Square pinned, Color side);
 // Sets up the pin records at the start of a search.
 void DetectRootPin(SearchTree& tree);
 // 1 new pin, 2 tightened pin, 0 a known pin continues, -1 or -2 a pin ended, -3 nothing.

@@ -197,3 +197,12 @@ TEST(GameEndEndToEnd, AGameWrittenAndReadBackAsPgn) {
   EXPECT_EQ(FenAfter("force\nread_pgn " + pgn + "\nnext all\n"),
             "rnbqk2r/pppp1ppp/4pn2/8/1bPP4/2N5/PP2PPPP/R1BQKBNR w KQkq - 2 4\n");
 }
+
+TEST(GameEndEndToEnd, NoHintInAFinishedGame) {
+  const std::string stalemate = "force\nsetboard 7k/8/5K2/8/8/8/8/6Q1 w - - 0 1\nQg6\n";
+  EXPECT_TRUE(RunEngine({}, stalemate + "hint\nhint\n")
+                  .out.ends_with(Prompt("Black 1") + "Hint request could not be responded, because no legal move was found\n" +
+                                 Prompt("Black 1") + "Hint request could not be responded, because no legal move was found\n" +
+                                 Prompt("Black 1")));
+  EXPECT_EQ(RunEngine({}, "xboard\n" + stalemate + "hint\nping 1\n").out, Prompt("White 1") + "pong 1\n");
+}

@@ -1,6 +1,6 @@
 // Commands that arrive while the engine thinks: they are executed inside the search, and those
-// that change the game end it first, as a front end sees it over the XBoard protocol. The depth
-// limits keep every search short.
+// that change the game end it first, as a front end sees it over the XBoard protocol. Searches
+// that a command is to end get a depth they can't finish; the others get small depths.
 #include <gtest/gtest.h>
 
 #include "e2e/engine_process.h"
@@ -31,7 +31,7 @@ TEST(SearchDisciplineEndToEnd, CommandsThatLeaveTheSearchAloneRunInsideIt) {
   // Standard input stays open until the search is over, as a front end's would. The whole input
   // arrives at once, so the commands behind the first "go" wait in the input buffer, where the
   // search finds them although the descriptor has nothing more to read.
-  const EngineRun run = RunEngine({}, "xboard\nsd 4\ngo\ngo\nping 1\ntime 6000\notim 6000\nnopost\n.\n", 60, 3000);
+  const EngineRun run = RunEngine({}, "xboard\nsd 6\ngo\ngo\nping 1\ntime 6000\notim 6000\nnopost\n.\n", 60, 3000);
   const std::vector<std::string> lines = Lines(run.out);
   ASSERT_EQ(lines.size(), 4u) << run.out;
   EXPECT_EQ(lines[0], "Error (command not legal now): go");
@@ -44,11 +44,11 @@ TEST(SearchDisciplineEndToEnd, CommandsThatLeaveTheSearchAloneRunInsideIt) {
 
 TEST(SearchDisciplineEndToEnd, CommandsThatChangeTheGameEndTheSearchWithoutAMove) {
   // new: no move, and afterwards the engine waits as Black.
-  EXPECT_EQ(RunEngine({}, "xboard\nsd 4\ngo\nnew\nping 2\n").out, P + "pong 2\n");
+  EXPECT_EQ(RunEngine({}, "xboard\nsd 60\ngo\nnew\nping 2\n", 60).out, P + "pong 2\n");
   // time finishes inside the search, new then aborts it.
-  EXPECT_EQ(RunEngine({}, "xboard\nsd 4\ngo\ntime 6000\nnew\nping 3\n").out, P + "pong 3\n");
+  EXPECT_EQ(RunEngine({}, "xboard\nsd 60\ngo\ntime 6000\nnew\nping 3\n", 60).out, P + "pong 3\n");
   // force stops the thinking; the position stays as it was.
-  const EngineRun force = RunEngine({}, "xboard\nsd 4\ngo\nforce\nusermove e4\nping 4\n");
+  const EngineRun force = RunEngine({}, "xboard\nsd 60\ngo\nforce\nusermove e4\nping 4\n", 60);
   EXPECT_EQ(force.out, P + "pong 4\n");
   // The end of input reads as quit, also during a search.
   const EngineRun quit = RunEngine({}, "xboard\nsd 60\ngo\n", 60);

@@ -170,6 +170,12 @@ TEST_F(GameTest, TheEngineAnswersADrawOffer) {
   FinishSearch("e5", 100);
   EXPECT_TRUE(Take().starts_with("Zephrin rejects the draw offer and wants to play on.\nZephrin played: e5\n"));
   EXPECT_FALSE(game->tracker.draw_offered);
+  // A computer isn't told.
+  UseProtocol(std::make_unique<ConsoleProtocol>());
+  game->tracker.opponent_is_computer = true;
+  game->tracker.draw_offered = true;
+  FinishSearch("e5", 100);
+  EXPECT_TRUE(Take().starts_with("Zephrin played: e5\n"));
 
   UseProtocol(std::make_unique<ConsoleProtocol>());
   game->tracker.draw_offered = true;

@@ -173,6 +173,20 @@ TEST_F(SearchTest, PrincipalVariationIsLegalAndStartsWithTheBestMove) {
   EXPECT_GT(search.nodes, 100u);
 }
 
+TEST_F(SearchTest, HardTimeLimitEndsTheSearchAsIfTimeRanOut) {
+  SearchRequest request;
+  request.type = SEARCH_NORMAL;
+  request.max_time_limit = 300;
+  request.game.SetFromFen("r1bq1rk1/pp2bppp/2n1pn2/3p4/2PP4/2N1PN2/PP2BPPP/R2QKB1R w KQ - 0 8");
+  search.RunSearch(request, nullptr);
+  EXPECT_EQ(finished_calls, 1);
+  EXPECT_FALSE(stopped_by_command);  // the clock ended it, so the move is to be played
+  EXPECT_NE(search.best_move, 0u);
+  EXPECT_GE(search.depth, 2);
+  // Generous: the poll comes about eight times a second, whatever else runs on the machine.
+  EXPECT_LT(MillisecondsBetween(search.start_time, search.stop_time), 2000);
+}
+
 TEST_F(SearchTest, FinishedGameEndsAtOnceAsStoppedByCommand) {
   Run("7k/6Q1/6K1/8/8/8/8/8 b - - 0 1", 5);  // black is mated
   EXPECT_EQ(finished_calls, 1);

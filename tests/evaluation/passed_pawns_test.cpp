@@ -1,0 +1,131 @@
+#include "evaluation/passed_pawns.h"
+
+#include <gtest/gtest.h>
+
+#include "board/bitboard.h"
+#include "evaluation/bare_king_runners.h"
+#include "evaluation/side_view.h"
+#include "evaluation_test_support.h"
+
+namespace {
+
+using evaluation_test::FromFen;
+using evaluation_test::Mirrored;
+
+EvaluationRecord PassedOf(const Board& board) {
+  EvaluationRecord record{};
+  ClearEvaluationRecord(record);
+  BuildPawnSquares(record, board);
+  FindPassedPawns(record, board);
+  return record;
+}
+
+TEST(PassedPawns, OnlyTheLeadingPasserOfAFileCountsAndBlackIsSubtracted) {
+  // White: e4 and e6 on one file, and g5, which the h6 pawn stops from being passed.
+  Board board = FromFen("4k3/8/4P2p/6P1/4P3/p7/8/4K3 w - - 0 1");
+  EvaluationRecord record = PassedOf(board);
+  ScorePair pair = EvaluatePassedPawns(record, board);
+  EXPECT_EQ(record.pawns[WHITE].passed_front, SquareSet({"e6"}));
+  EXPECT_EQ(record.pawns[BLACK].passed_front, SquareSet({"a3"}));
+  EXPECT_EQ(record.pawns[WHITE].passed_front_rank[4], 5);
+  EXPECT_EQ(record.pawns[BLACK].passed_front_rank[0], 2);
+  EXPECT_EQ(record.pawns[WHITE].passed_front_rank[6], 0);
+  // e6: 5 * 55/46 / 8 = 34/28. a3, Black's sixth rank: 7 * 55/46 / 8 = 48/40.
+  EXPECT_EQ(pair, ScorePair(34 - 48, 28 - 40));
+
+  Board mirror = Mirrored(board);
+  EvaluationRecord mirrored = PassedOf(mirror);
+  EXPECT_EQ(EvaluatePassedPawns(mirrored, mirror), -pair);
+}
+
+TEST(PassedPawns, DetailsOfRooksAndTheStopSquare) {
+  // A knight blocks e6; a White rook behind, a Black rook in front.
+  Board board = FromFen("4r1k1/4n3/4P3/8/8/8/8/4R1K1 w - - 0 1");
+  EvaluationRecord record = PassedOf(board);
+  EvaluatePassedPawns(record, board);
+  // +5/5 rook behind, -2/0 enemy rook ahead, -(8 * 28/30) / 8 for the knight.
+  EXPECT_EQ(PassedPawnDetails(record, board, WHITE, 4), ScorePair(5 - 2 - 28, 5 - 30));
+  EXPECT_EQ(record.potential[BLACK][WING_CENTRE][POTENTIAL_DEFENCE], 2);
+
+  // Free stop square above the middle, enemy rook behind the pawn.
+  Board free = FromFen("6k1/8/8/4P3/8/8/8/4r1K1 w - - 0 1");
+  record = PassedOf(free);
+  EvaluatePassedPawns(record, free);
+  EXPECT_EQ(PassedPawnDetails(record, free, WHITE, 4), ScorePair(6 - 4, 8 - 2));
+  EXPECT_EQ(record.potential[WHITE][WING_CENTRE][POTENTIAL_ATTACK], 1);
+  // The same for Black, from Black's view.
+  Board mirror = Mirrored(free);
+  record = PassedOf(mirror);
+  EvaluatePassedPawns(record, mirror);
+  EXPECT_EQ(PassedPawnDetails(record, mirror, BLACK, 4), ScorePair(2, 6));
+
+  // On the fourth rank a free stop square gives nothing.
+  Board low = FromFen("6k1/8/8/8/4P3/8/8/6K1 w - - 0 1");
+  record = PassedOf(low);
+  EvaluatePassedPawns(record, low);
+  EXPECT_EQ(PassedPawnDetails(record, low, WHITE, 4), ScorePair());
+}
+
+TEST(PassedPawns, SimpleValueByRankRooksBlockerAndKings) {
+  // d5: 85 * 7 / 8 = 74, +6 for the free stop square; kings: d1 to d5 4 and to d8 7, h8 to d5 4
+  // and to d8 4: -2 - 6 - 0 + 5.
+  Board board = FromFen("7k/8/8/3P4/8/8/8/3K4 w - - 0 1");
+  EvaluationRecord record = PassedOf(board);
+  EXPECT_EQ(SimplePassedPawns(record, board), 74 + 6 - 2 - 6 + 5);
+  EXPECT_EQ(record.pawns[WHITE].passed_front, SquareSet({"d5"}));
+
+  // A knight on the stop square: -(27 * 8) / 8; a White rook behind +12, a Black rook ahead -4.
+  Board blocked = FromFen("3r3k/8/3n4/3P4/8/8/8/3RK3 w - - 0 1");
+  record = PassedOf(blocked);
+  const int kings = -2 - 6 - 0 + 5;  // e1 is 4 from d5 and 7 from d8, h8 4 from both
+  EXPECT_EQ(SimplePassedPawns(record, blocked), 74 - 27 + 12 - 4 + kings);
+
+  for (const Board& b : {board, blocked}) {
+    Board mirror = Mirrored(b);
+    EvaluationRecord m = PassedOf(mirror);
+    EvaluationRecord r = PassedOf(b);
+    EXPECT_EQ(SimplePassedPawns(m, mirror), -SimplePassedPawns(r, b));
+  }
+}
+
+// The king catches an a-pawn on the fifth rank from e5 only with the move; from f5 never. The
+// pawn's side has a knight: without pieces on both sides it would be a pawn ending.
+TEST(BareKingRunners, TheKingCatchesThePawnByOneTempoOrNot) {
+  struct Case {
+    const char* fen;
+    int expected;
+    RunnerCase runner_case;
+  };
+  const Case cases[] = {
+      {"8/8/8/P3k3/8/8/8/K6N w - - 0 1", 760, RunnerCase::NONE},  // out of the square
+      {"8/8/8/P3k3/8/8/8/K6N b - - 0 1", 0, RunnerCase::NONE},    // caught; no bitbase win
+      {"8/8/8/P4k2/8/8/8/K6N b - - 0 1", 720, RunnerCase::NONE},  // one file too far
+      {"8/P7/8/8/8/7k/8/K6N w - - 0 1", 920, RunnerCase::NONE},   // seventh rank, to move
+      {"8/P7/8/8/8/7k/8/K6N b - - 0 1", 800, RunnerCase::NONE},
+      // Two runners: the higher rank counts.
+      {"8/8/P7/7P/8/4k3/8/K6N w - - 0 1", 800, RunnerCase::NONE},
+      // Caught, and Black has a passer of its own: left to the simple evaluator.
+      {"8/8/8/P2k4/8/8/7p/K5N1 w - - 0 1", 0, RunnerCase::WHITE_PAWNS_AGAINST_BLACK_PASSERS},
+      // Black's pawns against White's knight count nothing here.
+      {"8/8/8/p3K3/8/8/8/k6N w - - 0 1", 0, RunnerCase::NONE},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.fen);
+    Board board = FromFen(c.fen);
+    EvaluationRecord record = PassedOf(board);
+    FindPassedFronts(record);
+    RunnerCase runner_case;
+    EXPECT_EQ(BareKingRunners(record, board, runner_case), c.expected);
+    EXPECT_EQ(runner_case, c.runner_case);
+
+    Board mirror = Mirrored(board);
+    EvaluationRecord mirrored = PassedOf(mirror);
+    FindPassedFronts(mirrored);
+    EXPECT_EQ(BareKingRunners(mirrored, mirror, runner_case), -c.expected);
+    RunnerCase expected_mirror = c.runner_case == RunnerCase::NONE ? RunnerCase::NONE
+                                                                    : RunnerCase::BLACK_PAWNS_AGAINST_WHITE_PASSERS;
+    EXPECT_EQ(runner_case, expected_mirror);
+  }
+}
+
+}  // namespace

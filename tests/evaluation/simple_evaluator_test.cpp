@@ -1,0 +1,185 @@
+#include "evaluation/simple_evaluator.h"
+
+#include <gtest/gtest.h>
+
+#include "evaluation/passed_pawns.h"
+#include "evaluation/pawn_facts.h"
+#include "evaluation/position_type.h"
+#include "evaluation/simple_pawn_structure.h"
+#include "evaluation/simple_pieces.h"
+#include "evaluation/wrong_bishop_ending.h"
+#include "evaluation_test_support.h"
+
+namespace {
+
+using evaluation_test::ForEachNode;
+using evaluation_test::FromFen;
+using evaluation_test::Mirrored;
+
+constexpr int FAR_BOUND = 30000;
+
+// The record as Evaluate hands it to the simple evaluator on a pawn table miss.
+EvaluationRecord MissRecord(const Board& board, EvaluationSettings* settings) {
+  EvaluationRecord record{};
+  record.settings = settings;
+  ClearEvaluationRecord(record);
+  BuildPawnSquares(record, board);
+  FindPassedPawns(record, board);
+  return record;
+}
+
+int FullSimple(const Board& board, EvaluationSettings* settings) {
+  EvaluationRecord record = MissRecord(board, settings);
+  record.allow_lazy_exits = false;
+  return EvaluateSimple(record, board, FAR_BOUND);
+}
+
+// The facts the piece terms read, without the pawn structure value.
+EvaluationRecord FactsRecord(const Board& board) {
+  EvaluationRecord record{};
+  ClearEvaluationRecord(record);
+  BuildPawnSquares(record, board);
+  FindPassedPawns(record, board);
+  ComputeFileSets(record, board);
+  StartSideFacts(record, board);
+  ComputePawnFacts(record, board);
+  return record;
+}
+
+TEST(ScaleSimple, FewPawnsAndOppositeBishopsPullTheScoreTowardsADraw) {
+  Board no_pawns = FromFen("4k3/8/8/8/8/8/8/2N1K3 w - - 0 1");
+  EvaluationRecord record = FactsRecord(no_pawns);
+  EXPECT_EQ(ScaleSimple(record, no_pawns, 40, false), 10);    // 40 * 2 / 8, above 40 - 50
+  EXPECT_EQ(ScaleSimple(record, no_pawns, 400, false), 350);  // 400 - 50 beats 100
+  EXPECT_EQ(ScaleSimple(record, no_pawns, -400, false), -350);
+
+  // Black is the stronger side with eight pawns: the score grows by an eighth.
+  Board eight = FromFen("4k3/pppppppp/8/8/8/8/8/2N1K3 w - - 0 1");
+  record = FactsRecord(eight);
+  EXPECT_EQ(ScaleSimple(record, eight, -80, false), -90);
+  EXPECT_EQ(ScaleSimple(record, eight, 80, false), 30);  // White has no pawn: max(20, 30)
+
+  // Opposite bishops alone: 350 * 6 / 8 = 262, * 2 / 8 = 65, but not below 350 - 250.
+  Board bishops = FromFen("2b1k3/8/8/8/8/8/8/2B1K3 w - - 0 1");
+  record = FactsRecord(bishops);
+  EXPECT_EQ(ScaleSimple(record, bishops, 400, true), 100);
+  EXPECT_EQ(ScaleSimple(record, bishops, 1000, true), 700);
+  // With a knight more the bishops aren't alone: 350 * 6 / 8, against 100.
+  Board more = FromFen("2b1k3/8/8/8/8/8/8/2B1K1N1 w - - 0 1");
+  record = FactsRecord(more);
+  EXPECT_EQ(ScaleSimple(record, more, 400, true), 262);
+}
+
+TEST(EvaluateSimple, SidesWithoutMatingMaterialNeverScoreAboveTheDraw) {
+  EvaluationSettings settings;
+  settings.white_draw_score = -50;  // a program that plays for a win as White
+  // A lone knight, two knights: no win for White whatever the material says.
+  for (const char* fen : {"4k3/4p3/8/8/8/8/8/4K1N1 w - - 0 1", "4k3/4p3/8/8/8/8/8/3NK1N1 w - - 0 1",
+                          "4k3/4p3/8/8/8/8/8/3NK1N1 b - - 0 1"}) {
+    SCOPED_TRACE(fen);
+    Board board = FromFen(fen);
+    int white_view = board.side_to_move == WHITE ? FullSimple(board, &settings) : -FullSimple(board, &settings);
+    EXPECT_EQ(white_view, -50);
+  }
+  // A bishop and a knight can win.
+  Board pair = FromFen("4k3/4p3/8/8/8/8/8/3BK1N1 w - - 0 1");
+  EXPECT_GT(FullSimple(pair, &settings), 300);
+  // The side that can't win may still lose: Black's pawns against the knight stay free.
+  Board pawns = FromFen("4k3/pppp4/8/8/8/8/8/4K1N1 w - - 0 1");
+  int score = FullSimple(pawns, &settings);
+  EXPECT_LT(score, -50);
+  EXPECT_NE(score, 0);
+  // And the mirror: Black can't win, the draw score is White's view.
+  Board mirror = Mirrored(FromFen("4k3/4p3/8/8/8/8/8/4K1N1 w - - 0 1"));
+  settings.white_draw_score = 50;
+  EXPECT_EQ(FullSimple(mirror, &settings), -50);  // Black to move
+}
+
+TEST(EvaluateSimple, WrongBishopAndRookPawn) {
+  // The a-pawn's corner a8 is light, the bishop on e1 dark: a draw when the king is near a8.
+  Board drawn = FromFen("1k6/8/2K5/P7/8/8/8/4B3 w - - 0 1");
+  EvaluationSettings settings;
+  EXPECT_EQ(FullSimple(drawn, &settings), 0);
+  // King on d8, three away: 315 + 10 + 10 (strong king two away) + 62 for the pawn.
+  Board far = FromFen("3k4/8/2K5/P7/8/8/8/4B3 b - - 0 1");
+  EXPECT_EQ(FullSimple(far, &settings), -397);
+  EXPECT_EQ(FullSimple(Mirrored(far), &settings), -397);
+  // The right bishop: 835 + 62.
+  Board right = FromFen("1k6/8/2K5/P7/8/8/8/3B4 w - - 0 1");
+  EXPECT_EQ(FullSimple(right, &settings), 897);
+  EXPECT_EQ(WrongBishopEnding(right.sides[WHITE], right.sides[BLACK].king_square, false), 897);
+}
+
+TEST(SimpleRooks, TheSingleOpenFileWithNoOwnPawn) {
+  // Black has pawns on files a to g: h is the one open file, and White has no pawn at all.
+  Board open = FromFen("4k3/ppppppp1/8/8/8/8/8/4K2R w - - 0 1");
+  Board half = FromFen("4k3/ppppp1p1/5p2/8/8/8/8/4K1R1 w - - 0 1");
+  EvaluationRecord open_record = FactsRecord(open);
+  EvaluationRecord half_record = FactsRecord(half);
+  ASSERT_EQ(open_record.single_open_file, 7);
+  // 7 + 12 on the open file against 4 on a half-open one, with n = 8 both times.
+  EXPECT_EQ(SimpleRooks(open_record, open) - SimpleRooks(half_record, half), 7 + 12 - 4);
+}
+
+// The types that Evaluate gives to the simple evaluator.
+bool IsSimpleType(PositionType type) {
+  return type == POSITION_EQUAL_PIECES || (type >= POSITION_KNIGHT_KNIGHT && type <= POSITION_LONE_QUEEN) ||
+         type == POSITION_OTHER_ENDGAME;
+}
+
+const char* const SIMPLE_POSITIONS[] = {
+    "8/5pk1/8/3n4/8/4B3/5PK1/8 w - - 0 1",
+    "4k3/8/8/8/8/8/4P3/R3K2N b Q - 0 1",
+    "2r3k1/5ppp/1b6/3p4/3P4/4N3/5PPP/2R3K1 w - - 0 1",
+    "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1",
+    "8/P7/8/8/1n6/7k/8/K7 w - - 0 1",
+    "6k1/R4p1p/6p1/1r6/8/6P1/5P1P/2N3K1 b - - 0 1",
+    "3q2k1/5ppp/8/8/8/8/1R3PPP/1R4K1 w - - 0 1",
+    "b5k1/1p3ppp/1P6/8/8/8/5PPP/B5K1 w - - 0 1",
+    "8/8/1p2k3/1P6/8/3K2B1/8/8 w - - 0 1",
+};
+
+// Every position of short walks from endgame positions: the mirror scores the same for the side
+// to move, and a lazy answer always lies on the side of the bound where the full score is.
+TEST(EvaluateSimple, MirrorsAgreeAndLazyAnswersMatchTheFullScore) {
+  EvaluationSettings settings;
+  int positions = 0;
+  int lazy = 0;
+  for (const char* fen : SIMPLE_POSITIONS) {
+    Board board = FromFen(fen);
+    ForEachNode(board, 2, [&](const Board& node) {
+      if (!IsSimpleType(ClassifyPosition(node, NO_POSITION_TYPE))) return;
+      ++positions;
+      int full = FullSimple(node, &settings);
+      ASSERT_EQ(FullSimple(Mirrored(node), &settings), full) << fen;
+      for (int bound : {full - 900, full - 300, full, full + 1, full + 300, full + 900}) {
+        EvaluationRecord record = MissRecord(node, &settings);
+        int answer = EvaluateSimple(record, node, bound);
+        lazy += record.lazy;
+        if (record.lazy) ASSERT_EQ(answer >= bound, full >= bound) << fen << " bound " << bound;
+        else ASSERT_EQ(answer, full) << fen;
+      }
+    });
+  }
+  EXPECT_GT(positions, 500);
+  EXPECT_GT(lazy, 100);
+}
+
+// The pawn structure value turns over with the board.
+TEST(SimplePawnStructure, MirrorNegatesTheValue) {
+  for (const char* fen : SIMPLE_POSITIONS) {
+    Board board = FromFen(fen);
+    ForEachNode(board, 1, [&](const Board& node) {
+      Board mirror = Mirrored(node);
+      EvaluationRecord a = FactsRecord(node);
+      EvaluationRecord b = FactsRecord(mirror);
+      FindPassedFronts(a);
+      FindPassedFronts(b);
+      SimplePawnStructure(a, node);
+      SimplePawnStructure(b, mirror);
+      ASSERT_EQ(a.pawn_summary.simple, -b.pawn_summary.simple) << fen;
+    });
+  }
+}
+
+}  // namespace
