@@ -217,11 +217,3 @@ bool Board::IsConsistent() const {
   }
   return (sides[WHITE].all & sides[BLACK].all) == 0;
 }
-
-Bitboard Board::LineAttacks(Square s, int d) const {
-  if (IsRankDirection(d)) return RankAttacks(s);
-  if (IsFileDirection(d)) return FileAttacks(s);
-  if (IsAntiDirection(d)) return AntiAttacks(s);
-  if (IsDiagDirection(d)) return DiagAttacks(s);
-  return 0;
-}

@@ -136,7 +136,13 @@ struct Board {
   Bitboard RookAttacks(Square s) const { return RankAttacks(s) | FileAttacks(s); }
   Bitboard QueenAttacks(Square s) const { return BishopAttacks(s) | RookAttacks(s); }
   // The attacks along the one line that direction code d belongs to; empty for code 0.
-  Bitboard LineAttacks(Square s, int d) const;
+  Bitboard LineAttacks(Square s, int d) const {
+    if (IsRankDirection(d)) return RankAttacks(s);
+    if (IsFileDirection(d)) return FileAttacks(s);
+    if (IsAntiDirection(d)) return AntiAttacks(s);
+    if (IsDiagDirection(d)) return DiagAttacks(s);
+    return 0;
+  }
 
  private:
   void ToggleOccupancy(Square s);
