@@ -11,4 +11,4 @@ int EvaluateRookEnding(EvaluationRecord& record, const Board& board, int bound);
 int EvaluateQueenEnding(EvaluationRecord& record, const Board& board, int bound);
 int EvaluatePawnEnding(EvaluationRecord& record, const Board& board, int bound);
 // Uses neither the record nor a hash table.
-int EvaluateMating(const Board& board);
+int EvaluateMating(const Board& board);  // in mating_evaluation.cpp
