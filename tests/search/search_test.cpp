@@ -115,9 +115,9 @@ TEST_F(SearchTest, StalemateIsSoughtOrAvoidedByTheDrawScore) {
   GenerateLegalMoves(after, replies);
   EXPECT_TRUE(!replies.empty() || after.InCheck());
 
-  search.SetDrawScore(3000);  // a draw is worth more than the queen now
+  search.SetDrawScore(10000);  // a draw is worth more than any winning evaluation now
   Run(fen, 3);
-  EXPECT_EQ(search.score, 3000);
+  EXPECT_EQ(search.score, 10000);
 }
 
 TEST_F(SearchTest, RepetitionIsSoughtOrAvoidedByTheDrawScore) {
