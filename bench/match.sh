@@ -91,26 +91,26 @@ fi
 
 # An engine by name: sets engine_cmd, engine_uci (1 for UCI), engine_pkg and engine_opts.
 resolve_engine() {
-  local spec=$1
+  local engine_arg=$1
   engine_uci=0 engine_pkg="" engine_opts=""
-  case "$spec" in
+  case "$engine_arg" in
     fairymax) engine_cmd=/usr/games/fairymax engine_pkg=fairymax ;;
     phalanx) engine_cmd=/usr/games/phalanx engine_pkg=phalanx ;;
     hoichess) engine_cmd="/usr/games/hoichess -x" engine_pkg=hoichess ;;
     sjeng) engine_cmd=/usr/games/sjeng engine_pkg=sjeng ;;
     stockfish|stockfish:*)
       engine_cmd=/usr/games/stockfish engine_pkg="stockfish polyglot" engine_uci=1
-      if [ "$spec" != stockfish ]; then
-        local level=${spec#stockfish:}
+      if [ "$engine_arg" != stockfish ]; then
+        local level=${engine_arg#stockfish:}
         [[ "$level" =~ ^([0-9]|1[0-9]|20)$ ]] || die "stockfish skill level must be 0-20, not '$level'"
         engine_opts="Skill Level=$level"
       fi ;;
     */*)
-      [ -x "$spec" ] || die "no executable engine at $spec (build it first?)"
-      engine_cmd=$(cd "$(dirname "$spec")" && pwd)/$(basename "$spec") ;;
+      [ -x "$engine_arg" ] || die "no executable engine at $engine_arg (build it first?)"
+      engine_cmd=$(cd "$(dirname "$engine_arg")" && pwd)/$(basename "$engine_arg") ;;
     *)
       local found
-      found=$(PATH="$PATH:/usr/games" command -v "$spec") || die "unknown engine '$spec'"
+      found=$(PATH="$PATH:/usr/games" command -v "$engine_arg") || die "unknown engine '$engine_arg'"
       engine_cmd=$found ;;
   esac
 }
@@ -152,9 +152,9 @@ mapfile -t positions < <(sed -e 's/#.*//' -e 's/[[:space:]]*$//' -e '/^[[:space:
 [ "$start" -le ${#positions[@]} ] || die "--start $start is beyond the ${#positions[@]} positions"
 python3 - "$here/check-protocol-log.py" "${positions[@]}" <<'PY' || die "bad position in $openings"
 import importlib.util, sys
-spec = importlib.util.spec_from_file_location("checker", sys.argv[1])
-checker = importlib.util.module_from_spec(spec)
-spec.loader.exec_module(checker)
+module_spec = importlib.util.spec_from_file_location("checker", sys.argv[1])
+checker = importlib.util.module_from_spec(module_spec)
+module_spec.loader.exec_module(checker)
 for number, fen in enumerate(sys.argv[2:], 1):
     try:
         if not checker.Position(fen).legal_moves():

@@ -34,7 +34,7 @@ bool IsCastling(Move m) {
   return MoveMoved(m) == KING && (MoveTo(m) - MoveFrom(m) == 2 || MoveFrom(m) - MoveTo(m) == 2);
 }
 
-// Whether the spec'd move classes of a partial mask take this move (not in check).
+// Whether the move classes that a partial mask names take this move (not in check).
 bool Wanted(Move m, int mask, bool in_check) {
   const bool direct = m & MOVE_DIRECT_CHECK, discovered = m & MOVE_DISCOVERED_CHECK;
   const PieceType promotion = MovePromotion(m);
