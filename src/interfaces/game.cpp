@@ -59,7 +59,7 @@ void Game::RequestSearch(SearchKind kind, const UserBoard& board) {
   SearchRequest& r = request.request;
   r.game = board;
   const auto from_clock = [&](const PlayerClock& player_clock) {
-    const SearchTimeLimits limits = TimeLimits(player_clock);
+    const SearchTimeLimits limits = GameTimeLimits(player_clock);
     r.max_depth = sd_limit;
     r.max_time_limit = st_limit != 0 ? std::min(limits.max_time_limit, st_limit) : limits.max_time_limit;
     r.variable_time_limit = limits.variable_time_limit;

@@ -49,6 +49,12 @@ struct SearchTimeLimits {
 
 SearchTimeLimits TimeLimits(const PlayerClock& clock);
 
+// The limits of a game search: `TimeLimits`, with the hard limit kept clear of the flag. On the last
+// move of a period `TimeLimits` allows all the time left, but the search only notices its limit at
+// the next poll (about an eighth of a second later), and the front end adds its own latency; so
+// the hard limit leaves a sixteenth of the clock plus 150 ms, yet never less than a quarter of it.
+SearchTimeLimits GameTimeLimits(const PlayerClock& clock);
+
 // The state that `time` and `otim` leave in the log: the active clock, the passive one, and which
 // side the engine plays. The caller writes it log-only.
 std::string ClockStateText(const GameClock& clock, bool white_played_by_engine,

@@ -164,7 +164,9 @@ TEST(SelfPlayEndToEnd, SixtyMovesOrARuleEndWithOnlyLegalMoves) {
         ADD_FAILURE() << "unexpected line after move " << move_text << ": " << line;
       }
     }
-    if (!board.IsFinished()) EXPECT_EQ(result_line, "") << "at ply " << plies;
+    if (!board.IsFinished()) {
+      EXPECT_EQ(result_line, "") << "at ply " << plies;
+    }
   }
 
   if (board.IsFinished()) {

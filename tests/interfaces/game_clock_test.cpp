@@ -93,6 +93,24 @@ TEST(TimeControl, TimeLimitsAtTheEdges) {
   ExpectLimits(20, 50000, 2500, 1190);  // at least an even share
 }
 
+TEST(TimeControl, GameLimitsKeepAReserveBeforeTheFlag) {
+  const auto limits = [](std::int32_t moves_left, std::int64_t ms_left) {
+    PlayerClock clock;
+    clock.moves_left = moves_left;
+    clock.ms_left = ms_left;
+    const SearchTimeLimits game = GameTimeLimits(clock);
+    return std::pair{game.max_time_limit, game.variable_time_limit};
+  };
+  // The last move of a period no longer gets the whole clock.
+  EXPECT_EQ(limits(1, 10000), std::pair(10000 - 625 - 150, 2500));
+  EXPECT_EQ(limits(1, 800), std::pair(800 - 50 - 150, 200));
+  EXPECT_EQ(limits(1, 160), std::pair(40, 40));  // a quarter at least; the plan never exceeds it
+  // Where the clock already leaves room, the limits stand as they are.
+  EXPECT_EQ(limits(40, 300000), std::pair(135000, 3658));
+  EXPECT_EQ(limits(-1, 1000), std::pair(150, 150));
+  EXPECT_EQ(limits(-1, -1), std::pair(150, 150));
+}
+
 TEST(GameClock, SwitchingResettingAndStopping) {
   GameClock clock;
   clock.SetControls(LevelControls(0, 60, 2), LevelControls(40, 300, 0), BLACK);
