@@ -1,8 +1,9 @@
 // Two rare moments of the driver, watched through the protocol as a real game runs them: an abort
 // while iteration 1 is still running, and a new best move that its own confirmation search
-// refutes. The first needs a slow iteration 1, which the test fakes by moving the start of the
-// search three seconds back; the second needs a refuted candidate, which the test makes by giving
-// the transposition table a deeper verdict on it between its test and its confirmation search.
+// refutes. The first needs a poll inside a slow iteration 1: the test polls at the first node and
+// moves the start of the search three seconds back. The second needs a refuted candidate: the
+// test gives the transposition table a deeper verdict on it between its test and its confirmation
+// search.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -166,7 +167,7 @@ TEST_F(SearchDriverEdgeTest, MoveNowInIterationOnePlaysTheFirstRootMoveAndTheNex
   EXPECT_EQ(search().pv.front().move, moves[2]);
   EXPECT_NO_THROW(replay.PlayMove(moves[2]));
   EXPECT_EQ(PositionToFen(replay), PositionToFen(*loop->game));
-  at = FindAfter(Output(), "Zephrin played: ", at + 1);
+  FindAfter(Output(), "Zephrin played: ", at + 1);
   FindAfter(Output(), "pong 1\n", 0);
 }
 
@@ -232,7 +233,7 @@ struct Snapshot {
 TEST_F(SearchDriverEdgeTest, ARefutedNewBestMoveGoesSecondAndTheOldBestReturns) {
   // A position where new best moves turn up while the score lies near the draw score. Only there
   // does the confirmation search look at the test's own gamma again: elsewhere a candidate that
-  // fails low at once settles four above the old best.
+  // fails low at once settles a few points above the old best.
   const char* fen = "rnbqk1nr/pp3ppp/4p3/2ppP3/1b1P4/2N5/PPP2PPP/R1BQKBNR w KQkq - 0 5";
   std::vector<Snapshot> seen;
   auto snap = [&](const std::string& event) {
