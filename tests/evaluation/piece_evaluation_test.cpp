@@ -22,27 +22,11 @@ using evaluation_test::WalkStarts;
 constexpr EvaluationVariant OPENING = EvaluationVariant::OPENING;
 constexpr EvaluationVariant MIDDLEGAME = EvaluationVariant::MIDDLEGAME;
 
-Bitboard PawnAttackSet(const Board& board, Color colour) {
-  Bitboard attacks = 0;
-  for (Bitboard pawns = board.sides[colour].pawns; pawns != 0;) {
-    attacks |= Tables.pawn_attacks[colour][PopFirstBit(pawns)];
-  }
-  return attacks;
-}
-
 // The record as the full evaluator has it when the piece terms start. The openness is fixed, so
 // that the expected values don't depend on the pawn structure code.
 EvaluationRecord Prepare(const Board& board, int openness = 8) {
-  EvaluationRecord record;
-  ClearEvaluationRecord(record);
-  BuildPawnSquares(record, board);
-  FindPassedPawns(record, board);
-  ComputeFileSets(record, board);
-  SetBishopPairs(record, board);
-  StartSideFacts(record, board);
-  ComputePawnFacts(record, board);
+  EvaluationRecord record = evaluation_test::FactsOf(board);
   record.openness = std::uint16_t(openness);
-  for (Color c : {WHITE, BLACK}) record.pawns[c].attacks = PawnAttackSet(board, c);
   return record;
 }
 
@@ -134,9 +118,9 @@ TEST(PieceEvaluation, EveryTermMirrorsForBlack) {
         EvaluationRecord mirrored = Prepare(mirror, 5);
         // The queens and the knights' mobility read the attacks of the other pieces.
         for (Color c : {WHITE, BLACK}) {
-          record.side_facts[c].attacks_without_queens = record.side_facts[c].attacks | PawnAttackSet(node, c ^ 1);
+          record.side_facts[c].attacks_without_queens = record.side_facts[c].attacks | record.pawns[c ^ 1].attacks;
           mirrored.side_facts[c].attacks_without_queens =
-              mirrored.side_facts[c].attacks | PawnAttackSet(mirror, c ^ 1);
+              mirrored.side_facts[c].attacks | mirrored.pawns[c ^ 1].attacks;
         }
         std::string context = std::string(term.name) + " in " + start.fen;
         EXPECT_EQ(term.run(record, node, WHITE), term.run(mirrored, mirror, BLACK)) << context;
