@@ -5,10 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "board/move_generator.h"
-#include "frame/string_conversions.h"
+#include "board/board_test_helpers.h"
 #include "hash/hash.h"
-#include "interfaces/fen.h"
 
 namespace {
 
@@ -51,23 +49,11 @@ class SearchTest : public ::testing::Test {
     request.type = SEARCH_NORMAL;
     request.max_depth = max_depth;
     request.game.SetFromFen(fen);
-    for (const std::string& text : moves) request.game.PlayMove(FindMove(request.game.Current(), text));
+    for (const std::string& text : moves) request.game.PlayMove(board_test::FindMove(request.game.Current(), text));
     search.RunSearch(request, nullptr);
   }
 
-  static Move FindMove(const Board& board, const std::string& coordinates) {
-    std::vector<Move> legal;
-    GenerateLegalMoves(board, legal);
-    for (Move m : legal) {
-      if (SquareText(MoveFrom(m)) + SquareText(MoveTo(m)) == coordinates.substr(0, 4)) return m;
-    }
-    ADD_FAILURE() << "no move " << coordinates;
-    return 0;
-  }
-
-  std::string BestMoveText() const {
-    return SquareText(MoveFrom(search.best_move)) + SquareText(MoveTo(search.best_move));
-  }
+  std::string BestMoveText() const { return board_test::MoveName(search.best_move); }
 
   Search search;
   int finished_calls = 0;
@@ -87,8 +73,7 @@ TEST_F(SearchTest, FindsMatesWithExactScores) {
       {"k7/8/1K6/8/8/8/8/7R b - - 0 1", -1},  // black to move is mated next move
   };
   for (const MateCase& c : cases) {
-    Board board;
-    ZephrinInterfaces::ReadFen(c.fen, board);
+    Board board = board_test::FromFen(c.fen);
     int moves = c.moves < 0 ? -c.moves : c.moves;
     if (c.moves > 0) {
       ASSERT_TRUE(MatesWithin(board, c.moves)) << c.fen;
@@ -108,8 +93,7 @@ TEST_F(SearchTest, StalemateIsSoughtOrAvoidedByTheDrawScore) {
   const char* fen = "k7/8/1Q6/8/8/8/8/6K1 w - - 0 1";
   Run(fen, 3);
   EXPECT_GT(search.score, 500);
-  Board after;
-  ZephrinInterfaces::ReadFen(fen, after);
+  Board after = board_test::FromFen(fen);
   after.MakeMove(search.best_move);
   std::vector<Move> replies;
   GenerateLegalMoves(after, replies);
