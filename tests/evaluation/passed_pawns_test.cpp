@@ -11,14 +11,7 @@ namespace {
 
 using evaluation_test::FromFen;
 using evaluation_test::Mirrored;
-
-EvaluationRecord PassedOf(const Board& board) {
-  EvaluationRecord record{};
-  ClearEvaluationRecord(record);
-  BuildPawnSquares(record, board);
-  FindPassedPawns(record, board);
-  return record;
-}
+using evaluation_test::PassedOf;
 
 TEST(PassedPawns, OnlyTheLeadingPasserOfAFileCountsAndBlackIsSubtracted) {
   // White: e4 and e6 on one file, and g5, which the h6 pawn stops from being passed.
