@@ -96,9 +96,10 @@ TEST(TimeControl, TimeLimitsAtTheEdges) {
   EXPECT_EQ(Limits(TimeLimits, 20, 50000), Pair(2500, 1190));  // at least an even share
 
   // A game search keeps a reserve before the flag on the last move of a period.
-  EXPECT_EQ(Limits(GameTimeLimits, 1, 10000), Pair(10000 - 625 - 150, 2500));
-  EXPECT_EQ(Limits(GameTimeLimits, 1, 800), Pair(800 - 50 - 150, 200));
-  EXPECT_EQ(Limits(GameTimeLimits, 1, 160), Pair(40, 40));  // a quarter at least; the plan never exceeds it
+  EXPECT_EQ(Limits(GameTimeLimits, 1, 10000), Pair(10000 - 1250 - 300, 2500));
+  EXPECT_EQ(Limits(GameTimeLimits, 1, 800), Pair(800 - 100 - 300, 200));
+  EXPECT_EQ(Limits(GameTimeLimits, 2, 800), Pair(400, 150));  // half the clock is within the reserve
+  EXPECT_EQ(Limits(GameTimeLimits, 1, 320), Pair(40, 40));  // an eighth at least; the plan never exceeds it
   // Where the clock already leaves room, the limits stand as they are.
   EXPECT_EQ(Limits(GameTimeLimits, 40, 300000), Pair(135000, 3658));
   EXPECT_EQ(Limits(GameTimeLimits, -1, 1000), Pair(150, 150));

@@ -5,6 +5,7 @@
 #include <array>
 #include <initializer_list>
 #include <string>
+#include <tuple>
 #include <utility>
 
 #include "board/board_test_helpers.h"
@@ -17,6 +18,8 @@ namespace {
 
 using board_test::At;
 using board_test::FindMove;
+
+std::tuple<bool, int, int> Fields(const NodeExtensionResult& node) { return {node.full, node.delayed, node.kinds}; }
 
 class ExtensionsTest : public ::testing::Test {
  protected:
@@ -115,10 +118,8 @@ TEST_F(ExtensionsTest, NodeMeasureAndThreatBonuses) {
   search.iteration = 4;
   int threat = 0;
   NodeExtensionResult node = NodeExtension(tree(), 320, NODE_PV, 0, -3, 0, threat);
-  EXPECT_TRUE(node.full);
+  EXPECT_EQ(Fields(node), std::tuple(true, 3, EXTEND_QUEEN_ATTACKED));
   EXPECT_EQ(threat, THREAT_QUEEN_ATTACKED);
-  EXPECT_EQ(node.delayed, 3);
-  EXPECT_EQ(node.kinds, EXTEND_QUEEN_ATTACKED);
   // A known answer is not asked again: a transposition that says "safe" keeps it.
   threat = THREAT_QUEEN_SAFE;
   EXPECT_EQ(NodeExtension(tree(), 320, NODE_PV, 0, -3, 0, threat).delayed, 0);
@@ -126,8 +127,7 @@ TEST_F(ExtensionsTest, NodeMeasureAndThreatBonuses) {
   // Below the threshold of a non-PV node nothing at all.
   threat = THREAT_MATE;
   node = NodeExtension(tree(), 31, NODE_CUT, 0, -3, 0, threat);
-  EXPECT_EQ(node.delayed, 0);
-  EXPECT_EQ(node.kinds, 0);
+  EXPECT_EQ(std::pair(node.delayed, node.kinds), std::pair(0, 0));
   // In quiescence always limited.
   min_depth_for_search_extensions_if_not_searching_pv_move = -64;
   threat = THREAT_MATE | THREAT_QUEEN_SAFE;
@@ -141,9 +141,7 @@ TEST_F(ExtensionsTest, NodeMeasureAndThreatBonuses) {
   for (int i = 0; i < 8; ++i) tree().board.MakeNullMove();
   threat = THREAT_MATE | THREAT_PERPETUAL | THREAT_PIN;
   node = NodeExtension(tree(), 320, NODE_CUT, 0, 1, 0, threat);
-  EXPECT_TRUE(node.full);
-  EXPECT_EQ(node.delayed, 20 + 5 + 8);
-  EXPECT_EQ(node.kinds, EXTEND_MATE_THREAT | EXTEND_PERPETUAL | EXTEND_PIN);
+  EXPECT_EQ(Fields(node), std::tuple(true, 20 + 5 + 8, EXTEND_MATE_THREAT | EXTEND_PERPETUAL | EXTEND_PIN));
   tree().board.MakeNullMove();
   threat = THREAT_MATE | THREAT_PERPETUAL | THREAT_PIN;
   node = NodeExtension(tree(), 320, NODE_CUT, 0, 2, 0, threat);

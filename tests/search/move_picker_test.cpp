@@ -39,9 +39,16 @@ struct PickedRegion {
   bool final;
 };
 
-std::vector<PickedRegion> PickAll(Move* list, Move* end, const PickerContext& context) {
+std::vector<Move> AllMoves(const Board& board) {
+  Move list[MAX_MOVES];
+  return {list, GenerateMoves(list, board, GEN_ALL)};
+}
+
+// The regions that the picker hands out, in order, for the moves of the context's position.
+std::vector<PickedRegion> PickAll(const PickerContext& context) {
+  std::vector<Move> moves = AllMoves(context.board);
   std::vector<PickedRegion> regions;
-  MovePickerState state(list, end);
+  MovePickerState state(moves.data(), moves.data() + moves.size());
   MoveRegion region;
   do {
     MovePicker(state, context, region);
@@ -62,9 +69,7 @@ const char* const BUSY = "r1bqk2r/ppp2ppp/2np1n2/2b1p1B1/2B1P3/2NP1N2/PPP2PPP/R2
 
 TEST(MovePicker, LazyPickerGivesEveryMoveOnceStageByStage) {
   Board board = FromFen(BUSY);
-  Move list[MAX_MOVES];
-  Move* end = GenerateMoves(list, board, GEN_ALL);
-  std::vector<Move> all(list, end);
+  const std::vector<Move> all = AllMoves(board);
   Move quiet_killer = FindMove(board, "e1g1");      // O-O
   Move losing_capture = FindMove(board, "c4f7");  // Bxf7+, a losing capture with check
   Move history_move = FindMove(board, "a1b1");      // Rb1
@@ -73,7 +78,7 @@ TEST(MovePicker, LazyPickerGivesEveryMoveOnceStageByStage) {
   history.UpdateHistory(history_move, WHITE, 320, 2);
   PickerContext context{board, 640, 0, 0, 1, {losing_capture, quiet_killer}, history, 1};
 
-  std::vector<PickedRegion> regions = PickAll(list, end, context);
+  std::vector<PickedRegion> regions = PickAll(context);
   std::vector<Move> picked;
   for (const PickedRegion& r : regions) picked.insert(picked.end(), r.moves.begin(), r.moves.end());
   EXPECT_EQ(Sorted(picked), Sorted(all));
@@ -107,14 +112,12 @@ TEST(MovePicker, LazyPickerGivesEveryMoveOnceStageByStage) {
 
 TEST(MovePicker, EagerPickerRemovesTheHashMoveAndSortsEachStage) {
   Board board = FromFen(BUSY);
-  Move list[MAX_MOVES];
-  Move* end = GenerateMoves(list, board, GEN_ALL);
-  std::vector<Move> all(list, end);
+  std::vector<Move> all = AllMoves(board);
   Move hash_move = FindMove(board, "f3e5");  // Nxe5
   HistoryTable history;
   history.NewHistoryGeneration();
   PickerContext context{board, 640, 0, hash_move, 1, {}, history, 1};
-  std::vector<PickedRegion> regions = PickAll(list, end, context);
+  std::vector<PickedRegion> regions = PickAll(context);
   ASSERT_EQ(regions.size(), 1u);  // with a hash move the picker is eager
   EXPECT_TRUE(regions[0].final);
   all.erase(std::find(all.begin(), all.end(), hash_move));
@@ -129,17 +132,11 @@ TEST(MovePicker, EagerPickerRemovesTheHashMoveAndSortsEachStage) {
 
 TEST(MovePicker, AllNodesAndShortListsAreEager) {
   Board board = FromFen("4k3/8/8/8/8/8/4P3/4K3 w - - 0 1");
-  Move list[MAX_MOVES];
-  Move* end = GenerateMoves(list, board, GEN_ALL);
-  ASSERT_LT(end - list, 7);
+  ASSERT_LT(AllMoves(board).size(), 7u);
   HistoryTable history;
-  PickerContext context{board, 640, 0, 0, 1, {}, history, 15};
-  EXPECT_EQ(PickAll(list, end, context).size(), 1u);
-
+  EXPECT_EQ(PickAll(PickerContext{board, 640, 0, 0, 1, {}, history, 15}).size(), 1u);
   Board busy = FromFen(BUSY);
-  end = GenerateMoves(list, busy, GEN_ALL);
-  PickerContext all_node{busy, 640, 0, 0, -1, {}, history, 1};
-  EXPECT_EQ(PickAll(list, end, all_node).size(), 1u);
+  EXPECT_EQ(PickAll(PickerContext{busy, 640, 0, 0, -1, {}, history, 1}).size(), 1u);  // an all node
 }
 
 TEST(ScoreQuiescenceMoves, RemovesHashMoveAndFavoursKillersAndBigGains) {

@@ -44,13 +44,13 @@ class SearchTest : public ::testing::Test {
     };
   }
 
-  void Run(const std::string& fen, int max_depth, const std::vector<std::string>& moves = {}) {
-    SearchRequest request;
-    request.type = SEARCH_NORMAL;
-    request.max_depth = max_depth;
+  // Searches the position after the moves; a search type and a hard time limit may be given.
+  void Run(const std::string& fen, int max_depth, const std::vector<std::string>& moves = {},
+           int type = SEARCH_NORMAL, int max_time_limit = 0) {
+    SearchRequest request{type, max_depth, max_time_limit};
     request.game.SetFromFen(fen);
     for (const std::string& text : moves) request.game.PlayMove(board_test::FindMove(request.game.Current(), text));
-    search.RunSearch(request, nullptr);
+    search.RunSearch(request, nullptr);  // without an owner the wait for a command ends at once
   }
 
   std::string BestMoveText() const { return board_test::MoveName(search.best_move); }
@@ -131,11 +131,7 @@ TEST_F(SearchTest, MaxDepthOneRunsOnlyTheFirstIteration) {
 }
 
 TEST_F(SearchTest, AnalyzeIgnoresTheDepthLimitAndRunsAllIterations) {
-  SearchRequest request;
-  request.type = SEARCH_ANALYZE;
-  request.max_depth = 3;
-  request.game.SetFromFen("k7/8/1K6/8/8/8/8/7R b - - 0 1");  // one legal move, mated next move
-  search.RunSearch(request, nullptr);  // without an owner the wait for a command ends at once
+  Run("k7/8/1K6/8/8/8/8/7R b - - 0 1", 3, {}, SEARCH_ANALYZE);  // one legal move, mated next move
   EXPECT_EQ(search.depth, 79);
   EXPECT_EQ(search.move_count, 1);
   EXPECT_EQ(search.score, -32765);
@@ -158,11 +154,7 @@ TEST_F(SearchTest, PrincipalVariationIsLegalAndStartsWithTheBestMove) {
 }
 
 TEST_F(SearchTest, HardTimeLimitEndsTheSearchAsIfTimeRanOut) {
-  SearchRequest request;
-  request.type = SEARCH_NORMAL;
-  request.max_time_limit = 300;
-  request.game.SetFromFen("r1bq1rk1/pp2bppp/2n1pn2/3p4/2PP4/2N1PN2/PP2BPPP/R2QKB1R w KQ - 0 8");
-  search.RunSearch(request, nullptr);
+  Run("r1bq1rk1/pp2bppp/2n1pn2/3p4/2PP4/2N1PN2/PP2BPPP/R2QKB1R w KQ - 0 8", 0, {}, SEARCH_NORMAL, 300);
   EXPECT_EQ(finished_calls, 1);
   EXPECT_FALSE(stopped_by_command);  // the clock ended it, so the move is to be played
   EXPECT_NE(search.best_move, 0u);
