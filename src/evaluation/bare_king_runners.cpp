@@ -26,20 +26,24 @@ int Units(const BoardSide& side) { return side.minor_units + side.major_units; }
 // The value of colour's passed pawns against the bare enemy king, from colour's view.
 int RunnersAgainstBareKing(const EvaluationRecord& record, const Board& board, Color colour,
                            RunnerCase& runner_case, RunnerCase pending) {
-  const Bitboard fronts = record.pawns[colour].passed_front;
-  if (fronts == 0) return 0;
-  const Square enemy_king = board.sides[colour ^ 1].king_square;
-  const Bitboard runners = fronts & Tables.king_outside_square[colour][enemy_king][board.side_to_move];
-  if (runners != 0) {
-    int r = RelativeRank(colour == WHITE ? LastBit(runners) : FirstBit(runners), colour);
-    return board.side_to_move == colour ? RUNNER_TO_MOVE[r] : RUNNER_NOT_TO_MOVE[r];
-  }
+  if (record.pawns[colour].passed_front == 0) return 0;
+  const int runner = RunnerValue(record, board, colour);
+  if (runner != 0) return runner;
   if (record.pawns[colour ^ 1].passed == 0) return KingPawnSum(record, board, colour);
   runner_case = pending;
   return 0;
 }
 
 }  // namespace
+
+int RunnerValue(const EvaluationRecord& record, const Board& board, Color colour) {
+  const Square enemy_king = board.sides[colour ^ 1].king_square;
+  const Bitboard runners =
+      record.pawns[colour].passed_front & Tables.king_outside_square[colour][enemy_king][board.side_to_move];
+  if (runners == 0) return 0;
+  const int r = RelativeRank(colour == WHITE ? LastBit(runners) : FirstBit(runners), colour);
+  return board.side_to_move == colour ? RUNNER_TO_MOVE[r] : RUNNER_NOT_TO_MOVE[r];
+}
 
 int KingPawnSum(const EvaluationRecord& record, const Board& board, Color colour) {
   int sum = 0;

@@ -16,5 +16,9 @@ enum class RunnerCase {
 // king, 210 to 250 by its rank; the sum stops at 400.
 int KingPawnSum(const EvaluationRecord& record, const Board& board, Color colour);
 
+// The value of colour's most advanced `passed_front` pawn that the enemy king can't catch, by its
+// rank and by whether colour is to move: 520 to 920. 0 when the king catches every one.
+int RunnerValue(const EvaluationRecord& record, const Board& board, Color colour);
+
 // White's view: passed pawns against a side without pieces. Needs `passed_front`.
 int BareKingRunners(const EvaluationRecord& record, const Board& board, RunnerCase& runner_case);

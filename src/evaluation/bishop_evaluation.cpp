@@ -11,6 +11,7 @@ namespace {
 
 // Sets stated for White.
 constexpr Bitboard INNER_SQUARES = Rectangle('b', 'g', 2, 7);
+constexpr Bitboard FIANCHETTO_SQUARES = SquareSet({"a1", "b2", "g2", "h1"});
 constexpr Bitboard XRAY_SQUARES =
     SquareSet({"c3", "f3", "d4", "e4", "d5", "e5", "c6", "f6", "b7", "g7", "a8", "h8"});
 constexpr Bitboard CENTRE_SQUARES = SquareSet({"d4", "e4", "d5", "e5"});
@@ -91,21 +92,10 @@ ScorePair LongDiagonalTerm(EvaluationRecord& record, const Board& board, Color c
   return pair;
 }
 
-// The diagonal seen through the highest own piece on the central squares, for a fianchettoed
-// bishop.
-Bitboard XRayAttacks(const Board& board, Color colour, Bitboard attacks) {
-  const BoardSide& own = board.sides[colour];
-  const Bitboard xray_squares = RelativeSet(colour, XRAY_SQUARES);
-  Bitboard screens = attacks & own.all & ~own.pawns & xray_squares;
-  if (screens == 0) return attacks;
-  Square highest = colour == WHITE ? LastBit(screens) : FirstBit(screens);
-  return attacks | (board.BishopAttacks(highest) & xray_squares);
-}
-
-ScorePair Mobility(Color colour, Bitboard attacks, Bitboard reach) {
-  int c = PopCount(reach);
-  int ce = PopCount(reach & CENTRE_SQUARES);
-  int ri = PopCount(reach & CENTRE_RING);
+ScorePair Mobility(Color colour, Bitboard attacks, const BishopReach& reach) {
+  const int c = reach.squares;
+  const int ce = reach.centre;
+  const int ri = reach.ring;
   int fa = PopCount(attacks & RelativeSet(colour, FAR_SQUARES));
   ScorePair base = c < 5 ? LOW_MOBILITY[c] : ScorePair(c - 8, 2 * c - 18);
   return base + ScorePair(ce + (ri >> 1) + (fa >> 2), 4 * ce + 2 * ri + fa);
@@ -166,7 +156,6 @@ ScorePair Trapped(const EvaluationRecord& record, const Board& board, Color colo
 }
 
 ScorePair EvaluateBishop(EvaluationRecord& record, const Board& board, Color colour, Square s, bool& bad) {
-  const Bitboard pawns = board.sides[WHITE].pawns | board.sides[BLACK].pawns;
   const Square r = RelativeSquare(s, colour);
   Bitboard attacks = board.BishopAttacks(s);
   ScorePair pair = BISHOP_TABLE.At(r);
@@ -176,12 +165,11 @@ ScorePair EvaluateBishop(EvaluationRecord& record, const Board& board, Color col
   for (const LongDiagonal& diagonal : LONG_DIAGONALS) {
     if ((SquareBit(r) & diagonal.bishop_squares) == 0) continue;
     pair += LongDiagonalTerm(record, board, colour, s, diagonal, free);
-    attacks = XRayAttacks(board, colour, attacks);
   }
-  Bitboard reach = (attacks | SquareBit(s)) & INNER_SQUARES & ~pawns;
-  int mobility = PopCount(reach);
+  attacks = XRayAttacks(board, colour, s, attacks);
+  const BishopReach reach = BishopReachOf(board, s, attacks);
   pair += Mobility(colour, attacks, reach);
-  if (!free && BadBishop(record, colour, s, mobility, pair)) bad = true;
+  if (!free && BadBishop(record, colour, s, reach.squares, pair)) bad = true;
   pair += HemmedIn(record, board, colour, s);
   pair += Trapped(record, board, colour, s);
   return pair;
@@ -230,12 +218,26 @@ ScorePair DefendedTargets(EvaluationRecord& record, const Board& board, Color co
 
 }  // namespace
 
+Bitboard XRayAttacks(const Board& board, Color colour, Square s, Bitboard attacks) {
+  if ((SquareBit(s) & RelativeSet(colour, FIANCHETTO_SQUARES)) == 0) return attacks;
+  const BoardSide& own = board.sides[colour];
+  const Bitboard xray_squares = RelativeSet(colour, XRAY_SQUARES);
+  Bitboard screens = attacks & own.all & ~own.pawns & xray_squares;
+  if (screens == 0) return attacks;
+  Square highest = colour == WHITE ? LastBit(screens) : FirstBit(screens);
+  return attacks | (board.BishopAttacks(highest) & xray_squares);
+}
+
+BishopReach BishopReachOf(const Board& board, Square s, Bitboard attacks) {
+  const Bitboard pawns = board.sides[WHITE].pawns | board.sides[BLACK].pawns;
+  const Bitboard reach = (attacks | SquareBit(s)) & INNER_SQUARES & ~pawns;
+  return BishopReach{PopCount(reach), PopCount(reach & CENTRE_SQUARES), PopCount(reach & CENTRE_RING)};
+}
+
 ScorePair EvaluateBishops(EvaluationRecord& record, const Board& board, Color colour) {
   bool bad = false;
-  ScorePair pair;
-  for (Bitboard bishops = board.sides[colour].bishops; bishops != 0;) {
-    pair += EvaluateBishop(record, board, colour, PopFirstBit(bishops), bad);
-  }
+  ScorePair pair = SumOverPieces(board.sides[colour].bishops,
+                                 [&](Square s) { return EvaluateBishop(record, board, colour, s, bad); });
   pair += PairOrBadBishop(record, board, colour, bad);
   pair += DefendedTargets(record, board, colour);
   return pair;

@@ -147,11 +147,8 @@ ScorePair KnightMobility(EvaluationRecord& record, const Board& board, Color col
 
 ScorePair EvaluateKnights(EvaluationRecord& record, const Board& board, Color colour,
                           EvaluationVariant variant) {
-  ScorePair pair;
-  for (Bitboard knights = board.sides[colour].knights; knights != 0;) {
-    pair += EvaluateKnight(record, board, colour, PopFirstBit(knights), variant);
-  }
-  return pair;
+  return SumOverPieces(board.sides[colour].knights,
+                       [&](Square s) { return EvaluateKnight(record, board, colour, s, variant); });
 }
 
 ScorePair EvaluateKnightMobility(EvaluationRecord& record, const Board& board) {

@@ -1,10 +1,15 @@
 #include "evaluation/pawn_facts.h"
 
 #include <algorithm>
+#include <cstdlib>
+
+#include "board/attack_tables.h"
 
 namespace {
 
 constexpr Bitboard RANK_2_AND_3[2] = {RankMask(1) | RankMask(2), RankMask(6) | RankMask(5)};
+constexpr Bitboard FILES_A_TO_D = FileMask(0) | FileMask(1) | FileMask(2) | FileMask(3);
+constexpr Bitboard MAJORITY_FILES[2] = {FILES_A_TO_D, ~FILES_A_TO_D};
 
 // Attack sets, what each side controls, and the pawns that are held up.
 void ComputeAttacks(EvaluationRecord& record, const Board& board) {
@@ -153,4 +158,18 @@ void ComputePawnFacts(EvaluationRecord& record, const Board& board) {
   record.rammed = RammedPawns(board);
   ComputeFileFacts(record, board);
   if (record.pawn_summary.from_hash == 0) ComputeStoredFacts(record, board);
+}
+
+int DistanceAhead(const EvaluationRecord& record, const Board& board, Square s, Color c) {
+  Bitboard stops = board.sides[c ^ 1].pawns | record.pawns[c].defended;
+  Bitboard ahead = Tables.rays[(c == WHITE ? DIR_NORTH : DIR_SOUTH) - 1][s] & stops;
+  if (ahead == 0) return 0;
+  Square nearest = c == WHITE ? FirstBit(ahead) : LastBit(ahead);
+  return std::abs(RankOf(nearest) - RankOf(s));
+}
+
+Bitboard MajorityAdvancers(const EvaluationRecord& record, const Board& board, int wing, Color c) {
+  Bitboard middle_ranks = RelativeRankMask(2, c) | RelativeRankMask(3, c) | RelativeRankMask(4, c) |
+                          RelativeRankMask(5, c);
+  return board.sides[c].pawns & ~record.pawns[c].passed & middle_ranks & MAJORITY_FILES[wing];
 }

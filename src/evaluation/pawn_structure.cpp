@@ -1,9 +1,7 @@
 #include "evaluation/pawn_structure.h"
 
 #include <algorithm>
-#include <cstdlib>
 
-#include "board/attack_tables.h"
 #include "board/bitboard.h"
 #include "evaluation/passed_pawns.h"
 #include "evaluation/position_type.h"
@@ -122,8 +120,6 @@ constexpr Square D1 = 3, C2 = 10, D2 = 11, E2 = 12, F2 = 13, G2 = 14, C3 = 18, D
                  F3 = 21, C4 = 26, D4 = 27, E4 = 28, F4 = 29, C5 = 34, D5 = 35, E5 = 36, C6 = 42,
                  D6 = 43, E6 = 44, D7 = 51;
 constexpr Bitboard FILES_B_TO_E = FileMask(1) | FileMask(2) | FileMask(3) | FileMask(4);
-constexpr Bitboard FILES_A_TO_D = FileMask(0) | FileMask(1) | FileMask(2) | FileMask(3);
-constexpr Bitboard MAJORITY_FILES[2] = {FILES_A_TO_D, ~FILES_A_TO_D};
 
 using Potentials = std::int16_t[2][WING_COUNT][2];
 
@@ -145,16 +141,6 @@ bool Has(Bitboard set, Square s) { return (set & SquareBit(s)) != 0; }
 
 Bitboard OwnPawns(const Board& board, Color c) { return board.sides[c].pawns; }
 Bitboard AllPawns(const Board& board) { return board.sides[WHITE].pawns | board.sides[BLACK].pawns; }
-
-// Ranks from the pawn to the nearest square straight ahead that holds an enemy pawn or a guarded
-// own pawn; 0 when there is none.
-int DistanceAhead(const EvaluationRecord& record, const Board& board, Square s, Color c) {
-  Bitboard stops = board.sides[c ^ 1].pawns | record.pawns[c].defended;
-  Bitboard ahead = Tables.rays[(c == WHITE ? DIR_NORTH : DIR_SOUTH) - 1][s] & stops;
-  if (ahead == 0) return 0;
-  Square nearest = c == WHITE ? FirstBit(ahead) : LastBit(ahead);
-  return std::abs(RankOf(nearest) - RankOf(s));
-}
 
 void PawnBackward(StructureWork& work, Square s, int d, Color c) {
   const PawnFacts& facts = work.record.pawns[c];
@@ -234,52 +220,28 @@ void ScoreFile(StructureWork& work, int file, Color c) {
 
 // Passed pawns that lead neighbouring files, the closer in rank the better.
 void ScoreConnectedPassers(StructureWork& work, Color c) {
-  Bitboard fronts = work.record.pawns[c].passed_front;
-  auto front_on = [&](int file) { return fronts & FileMask(file); };
-  for (int file = 1; file <= 7;) {
-    if (front_on(file) == 0) {
-      file += 2;
-      continue;
-    }
-    if (front_on(file - 1) == 0) {
-      file += 1;
-      continue;
-    }
-    int a = RelativeRank(FirstBit(front_on(file)), c);
-    int b = RelativeRank(FirstBit(front_on(file - 1)), c);
-    int hi = std::max(a, b);
-    int m = CONNECTED_GAP_FACTOR[hi - std::min(a, b)];
-    ScorePair t = CONNECTED_RANK_VALUE[hi];
+  ForEachConnectedPasserPair(work.record.pawns[c].passed_front, c, [&](int file, int high_rank, int gap) {
+    int m = CONNECTED_GAP_FACTOR[gap];
+    ScorePair t = CONNECTED_RANK_VALUE[high_rank];
     work.own[c] += ScorePair(m * t.Positional() / 8, m * t.Dynamic() / 8);
     int wing = KNIGHT_WING_OF_FILE[file];
     AddPotentials(work.potential, c, wing, 3, 0);
     AddPotentials(work.potential, c ^ 1, wing, 0, -5);
-    file += 2;
-  }
+  });
 }
 
 // Pawn chains: a guard that is itself guarded, in a duo or on an edge file is a sound base.
 void ScoreChains(StructureWork& work, Color c) {
-  const PawnFacts& facts = work.record.pawns[c];
-  Bitboard pawns = OwnPawns(work.board, c);
-  Bitboard sound = facts.defended | facts.duos;
-  for (Bitboard guarded = facts.defended; guarded != 0;) {
-    Bitboard behind = StepBack(SquareBit(PopFirstBit(guarded)), c);
-    // The guard towards the a-file, then the one towards the h-file, each with its edge file.
-    const Bitboard guards[2][2] = {{(behind >> 1) & ~FILE_H & pawns, FILE_A},
-                                   {(behind << 1) & ~FILE_A & pawns, FILE_H}};
-    for (const auto& [guard, edge_file] : guards) {
-      if (guard == 0) continue;
-      int wing = WING_OF_FILE[FileOf(FirstBit(guard))];
-      if ((guard & (edge_file | sound)) != 0) {
-        work.own[c] += ScorePair(3, 0);
-        AddPotentials(work.potential, c, wing, 0, 1);
-      } else {
-        work.own[c] -= ScorePair(8, 2);
-        AddPotentials(work.potential, c, wing, 0, -2);
-      }
+  ForEachChainGuard(work.record.pawns[c], OwnPawns(work.board, c), c, [&](Bitboard guard, bool sound) {
+    int wing = WING_OF_FILE[FileOf(FirstBit(guard))];
+    if (sound) {
+      work.own[c] += ScorePair(3, 0);
+      AddPotentials(work.potential, c, wing, 0, 1);
+    } else {
+      work.own[c] -= ScorePair(8, 2);
+      AddPotentials(work.potential, c, wing, 0, -2);
     }
-  }
+  });
 }
 
 // The pawns of a wing majority: the majority itself, and its pawns that can still advance.
@@ -290,10 +252,8 @@ void ScoreMajorityPawns(StructureWork& work, int wing) {
   const PawnFacts& facts = work.record.pawns[c];
   work.own[c] += ScorePair(18, 10);
   AddPotentials(work.potential, c, wing, 2, 0);
-  Bitboard middle_ranks = RelativeRankMask(2, c) | RelativeRankMask(3, c) | RelativeRankMask(4, c) |
-                          RelativeRankMask(5, c);
   Bitboard held = work.record.rammed | facts.backward;
-  Bitboard pawns = OwnPawns(work.board, c) & ~facts.passed & middle_ranks & MAJORITY_FILES[wing];
+  Bitboard pawns = MajorityAdvancers(work.record, work.board, wing, c);
   while (pawns != 0) {
     Square s = PopFirstBit(pawns);
     int r = RelativeRank(s, c);

@@ -134,10 +134,6 @@ constexpr std::int16_t QUEEN_OPENING_DYNAMIC_DIAGRAM[64] = {
      -12,  -12,  -12,    4,    2,  -12,  -12,  -12,  // 1
 };
 
-int AveragePawnCount(const Board& board) {
-  return std::min((PopCount(board.sides[WHITE].pawns) + PopCount(board.sides[BLACK].pawns)) >> 1, 8);
-}
-
 }  // namespace
 
 const PairTable KNIGHT_OPENING_TABLE = {FromDiagram(KNIGHT_OPENING_POSITIONAL_DIAGRAM),
@@ -150,6 +146,10 @@ const PairTable QUEEN_OPENING_TABLE = {FromDiagram(QUEEN_OPENING_POSITIONAL_DIAG
 const PairTable QUEEN_MIDDLEGAME_TABLE = {FromDiagram(QUEEN_MIDDLEGAME_POSITIONAL_DIAGRAM),
                                           FromDiagram(QUEEN_MIDDLEGAME_DYNAMIC_DIAGRAM)};
 const SquareTable KNIGHT_ATTACK_TABLE = FromDiagram(KNIGHT_ATTACK_POTENTIAL_DIAGRAM);
+
+int AveragePawnCount(const Board& board) {
+  return std::min((PopCount(board.sides[WHITE].pawns) + PopCount(board.sides[BLACK].pawns)) >> 1, 8);
+}
 
 int KnightValue(const Board& board) { return (AveragePawnCount(board) * 3 - 15) * 2; }
 

@@ -27,8 +27,11 @@ extern const PairTable QUEEN_MIDDLEGAME_TABLE;
 // The attack potential that a knight brings to its wing, both variants.
 extern const SquareTable KNIGHT_ATTACK_TABLE;
 
-// Piece values that shift with the pawns: knights lose value as pawns go, rooks gain. avg is the
-// average pawn count of the two sides, at most 8; a knight is worth (avg * 3 - 15) * 2 in both
-// halves, a rook (5 - avg) * 12 + 15 / (5 - avg) * 12 - 15.
+// The average pawn count of the two sides, at most 8.
+int AveragePawnCount(const Board& board);
+
+// Piece values that shift with the pawns: knights lose value as pawns go, rooks gain. With avg the
+// AveragePawnCount, a knight is worth (avg * 3 - 15) * 2 in both halves, a rook
+// (5 - avg) * 12 + 15 / (5 - avg) * 12 - 15.
 int KnightValue(const Board& board);
 ScorePair RookValue(const Board& board);

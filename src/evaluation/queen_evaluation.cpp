@@ -107,9 +107,6 @@ ScorePair EvaluateQueen(EvaluationRecord& record, const Board& board, Color colo
 
 ScorePair EvaluateQueens(EvaluationRecord& record, const Board& board, Color colour,
                          EvaluationVariant variant) {
-  ScorePair pair;
-  for (Bitboard queens = board.sides[colour].queens; queens != 0;) {
-    pair += EvaluateQueen(record, board, colour, PopFirstBit(queens), variant);
-  }
-  return pair;
+  return SumOverPieces(board.sides[colour].queens,
+                       [&](Square s) { return EvaluateQueen(record, board, colour, s, variant); });
 }

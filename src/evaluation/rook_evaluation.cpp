@@ -212,9 +212,6 @@ ScorePair EvaluateRook(EvaluationRecord& record, const Board& board, Color colou
 }  // namespace
 
 ScorePair EvaluateRooks(EvaluationRecord& record, const Board& board, Color colour) {
-  ScorePair pair;
-  for (Bitboard rooks = board.sides[colour].rooks; rooks != 0;) {
-    pair += EvaluateRook(record, board, colour, PopFirstBit(rooks));
-  }
-  return pair;
+  return SumOverPieces(board.sides[colour].rooks,
+                       [&](Square s) { return EvaluateRook(record, board, colour, s); });
 }

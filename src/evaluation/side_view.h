@@ -11,6 +11,7 @@
 #include "board/board.h"
 #include "evaluation/evaluation_record.h"
 #include "evaluation/pawn_facts.h"
+#include "evaluation/score_pair.h"
 
 // A square named as "e4".
 constexpr Square Sq(const char* name) { return MakeSquare(name[0] - 'a', name[1] - '1'); }
@@ -61,3 +62,11 @@ inline void AddEndgameTerm(EvaluationRecord& record, Color c, int amount) {
 
 // The wing of a colour's king, as the evaluator noted it.
 inline int KingWing(const EvaluationRecord& record, Color c) { return record.side_facts[c].king_wing; }
+
+// The sum of one piece's term over the pieces on the set, from the lowest square up.
+template <typename PieceTerm>
+ScorePair SumOverPieces(Bitboard pieces, PieceTerm term) {
+  ScorePair pair;
+  while (pieces != 0) pair += term(PopFirstBit(pieces));
+  return pair;
+}

@@ -62,23 +62,6 @@ int LimitByDraw(int score, CantWin cant_win, int white_draw_score) {
   return score;
 }
 
-// A wing majority far from the enemy king makes a passed pawn; next to it, four files against
-// three pawns still count.
-int WingMajorities(const EvaluationRecord& record, const Board& board) {
-  int v = 0;
-  for (int wing : {WING_QUEENSIDE, WING_KINGSIDE}) {
-    const WingMajority& majority = record.majority[wing];
-    if (majority.owner == 0) continue;
-    Color c = Color(majority.owner - 1);
-    int king_wing = FileOf(board.sides[c ^ 1].king_square) <= 3 ? WING_QUEENSIDE : WING_KINGSIDE;
-    int term = 0;
-    if (king_wing != wing) term = 18;
-    else if (majority.owner_files == 4 && majority.other_pawns == 3) term = 14;
-    v += c == WHITE ? term : -term;
-  }
-  return v;
-}
-
 bool OppositeBishops(const EvaluationRecord& record, const Board& board) {
   const Bitboard white = board.sides[WHITE].bishops;
   const Bitboard black = board.sides[BLACK].bishops;
@@ -105,17 +88,30 @@ bool PassersStopped(const EvaluationRecord& record, const Board& board, Color co
   return true;
 }
 
-// The facts that the terms after the lazy test read: pawn lists, file sets, attacks, pawn facts
-// and, on a pawn table miss, the pawn structure value.
-void PrepareFacts(EvaluationRecord& record, const Board& board) {
+}  // namespace
+
+int WingMajorities(const EvaluationRecord& record, const Board& board) {
+  int v = 0;
+  for (int wing : {WING_QUEENSIDE, WING_KINGSIDE}) {
+    const WingMajority& majority = record.majority[wing];
+    if (majority.owner == 0) continue;
+    Color c = Color(majority.owner - 1);
+    int king_wing = FileOf(board.sides[c ^ 1].king_square) <= 3 ? WING_QUEENSIDE : WING_KINGSIDE;
+    int term = 0;
+    if (king_wing != wing) term = 18;
+    else if (majority.owner_files == 4 && majority.other_pawns == 3) term = 14;
+    v += c == WHITE ? term : -term;
+  }
+  return v;
+}
+
+void PrepareSimpleFacts(EvaluationRecord& record, const Board& board) {
   if (record.pawn_summary.from_hash != 0) BuildPawnSquares(record, board);
   ComputeFileSets(record, board);
   StartSideFacts(record, board);
   ComputePawnFacts(record, board);
   if (record.pawn_summary.from_hash == 0) SimplePawnStructure(record, board);
 }
-
-}  // namespace
 
 int ScaleSimple(const EvaluationRecord& record, const Board& board, int score, bool opposite_bishops) {
   const Color strong = score >= 0 ? WHITE : BLACK;
@@ -140,7 +136,7 @@ int EvaluateSimple(EvaluationRecord& record, const Board& board, int bound) {
     // The pawn table keeps what a miss computes here, so the entry must be complete.
     if (record.pawn_summary.from_hash == 0) {
       FindPassedFronts(record);
-      PrepareFacts(record, board);
+      PrepareSimpleFacts(record, board);
     }
     return wrong_bishop;
   }
@@ -161,7 +157,7 @@ int EvaluateSimple(EvaluationRecord& record, const Board& board, int bound) {
   int estimate = WhiteView(board, LimitByDraw(w + score, cant_win, white_draw_score));
   if (TakeLazyExit(record, bound, estimate, SIMPLE_LAZY_MARGIN, lazy_answer)) return lazy_answer;
 
-  PrepareFacts(record, board);
+  PrepareSimpleFacts(record, board);
   score += WingMajorities(record, board);
   score += record.pawn_summary.simple + SimpleKnights(record, board) + SimpleBishops(record, board) +
            SimpleRooks(record, board) + SimpleQueens(record, board);

@@ -1,7 +1,6 @@
 #include "evaluation/simple_pawn_structure.h"
 
 #include <algorithm>
-#include <cstdlib>
 
 #include "board/bitboard.h"
 #include "evaluation/side_view.h"
@@ -55,20 +54,7 @@ constexpr int CONNECTED_GAP[6] = {10, 9, 7, 5, 3, 2};
 // Majority pawns off the passed ones, by rank from the owner's side (rank three is 2).
 constexpr int MAJORITY_PAWN[6] = {0, 0, 2, 7, 10, 12};
 
-constexpr Bitboard FILES_A_TO_D = FileMask(0) | FileMask(1) | FileMask(2) | FileMask(3);
-constexpr Bitboard MAJORITY_FILES[2] = {FILES_A_TO_D, ~FILES_A_TO_D};
-
 bool In(Bitboard set, Square s) { return (set & SquareBit(s)) != 0; }
-
-// Ranks from the pawn to the nearest square straight ahead that holds an enemy pawn or a guarded
-// own pawn; 0 when there is none.
-int DistanceAhead(const EvaluationRecord& record, const Board& board, Square s, Color c) {
-  Bitboard stops = board.sides[c ^ 1].pawns | record.pawns[c].defended;
-  Bitboard ahead = Tables.front_span[c][s] & FileMask(FileOf(s)) & stops;
-  if (ahead == 0) return 0;
-  Square nearest = c == WHITE ? FirstBit(ahead) : LastBit(ahead);
-  return std::abs(RankOf(nearest) - RankOf(s));
-}
 
 int ScorePawn(const EvaluationRecord& record, int d, Square s, Color c) {
   const PawnFacts& facts = record.pawns[c];
@@ -110,55 +96,27 @@ int GuardedPasser(const EvaluationRecord& record, const Board& board, int file, 
 
 // Passed pawns that lead neighbouring files, the closer in rank the better.
 int ConnectedPassers(const EvaluationRecord& record, Color c) {
-  Bitboard fronts = record.pawns[c].passed_front;
-  auto front_on = [&](int file) { return fronts & FileMask(file); };
   int v = 0;
-  for (int file = 1; file <= 7;) {
-    if (front_on(file) == 0) {
-      file += 2;
-      continue;
-    }
-    if (front_on(file - 1) == 0) {
-      file += 1;
-      continue;
-    }
-    int a = RelativeRank(FirstBit(front_on(file)), c);
-    int b = RelativeRank(FirstBit(front_on(file - 1)), c);
-    int hi = std::max(a, b);
-    v += CONNECTED_RANK[hi] * CONNECTED_GAP[hi - std::min(a, b)] / 8;
-    file += 2;
-  }
+  ForEachConnectedPasserPair(record.pawns[c].passed_front, c, [&](int, int high_rank, int gap) {
+    v += CONNECTED_RANK[high_rank] * CONNECTED_GAP[gap] / 8;
+  });
   return v;
 }
 
-// Pawn chains: a guard that is itself guarded, in a duo or on an edge file is a sound base.
+// Pawn chains: a sound base for a guard counts for it, an unsound one against it.
 int Chains(const EvaluationRecord& record, const Board& board, Color c) {
-  const PawnFacts& facts = record.pawns[c];
-  Bitboard pawns = board.sides[c].pawns;
-  Bitboard sound = facts.defended | facts.duos;
   int v = 0;
-  for (Bitboard guarded = facts.defended; guarded != 0;) {
-    Bitboard behind = StepBack(SquareBit(PopFirstBit(guarded)), c);
-    const Bitboard guards[2][2] = {{(behind >> 1) & ~FILE_H & pawns, FILE_A},
-                                   {(behind << 1) & ~FILE_A & pawns, FILE_H}};
-    for (const auto& [guard, edge_file] : guards) {
-      if (guard == 0) continue;
-      v += (guard & (edge_file | sound)) != 0 ? 2 : -4;
-    }
-  }
+  ForEachChainGuard(record.pawns[c], board.sides[c].pawns, c,
+                    [&](Bitboard, bool sound) { v += sound ? 2 : -4; });
   return v;
 }
 
 int MajorityPawns(const EvaluationRecord& record, const Board& board, int wing, Color c) {
   const WingMajority& majority = record.majority[wing];
   if (majority.owner != std::uint32_t(c + 1)) return 0;
-  const PawnFacts& facts = record.pawns[c];
-  Bitboard middle_ranks = RelativeRankMask(2, c) | RelativeRankMask(3, c) | RelativeRankMask(4, c) |
-                          RelativeRankMask(5, c);
-  Bitboard held = record.rammed | facts.backward;
+  Bitboard held = record.rammed | record.pawns[c].backward;
   int v = 17;
-  for (Bitboard pawns = board.sides[c].pawns & ~facts.passed & middle_ranks & MAJORITY_FILES[wing];
-       pawns != 0;) {
+  for (Bitboard pawns = MajorityAdvancers(record, board, wing, c); pawns != 0;) {
     Square s = PopFirstBit(pawns);
     v += MAJORITY_PAWN[RelativeRank(s, c)];
     if (In(held, s)) v -= 8;

@@ -4,6 +4,7 @@
 
 #include "board/attacks.h"
 #include "board/bitboard.h"
+#include "evaluation/bishop_evaluation.h"
 #include "evaluation/piece_tables.h"
 #include "evaluation/position_type.h"
 #include "evaluation/side_view.h"
@@ -72,15 +73,7 @@ constexpr Bitboard FILES_A_TO_C = FileMask(0) | FileMask(1) | FileMask(2);
 constexpr Bitboard FILES_F_TO_H = FileMask(5) | FileMask(6) | FileMask(7);
 constexpr Bitboard FILES_C_TO_F = FileMask(2) | FileMask(3) | FileMask(4) | FileMask(5);
 
-// Bishops: the inner board, the centre and its ring, the fianchetto squares and what an x-ray
-// through an own piece sees on the long diagonals. Stated for White.
-constexpr Bitboard INNER_SQUARES = Rectangle('b', 'g', 2, 7);
-constexpr Bitboard CENTRE_SQUARES = SquareSet({"d4", "e4", "d5", "e5"});
-constexpr Bitboard CENTRE_RING =
-    SquareSet({"c3", "d3", "e3", "f3", "c4", "f4", "c5", "f5", "c6", "d6", "e6", "f6"});
-constexpr Bitboard FIANCHETTO_SQUARES = SquareSet({"a1", "b2", "g2", "h1"});
-constexpr Bitboard XRAY_SQUARES =
-    SquareSet({"c3", "f3", "d4", "e4", "d5", "e5", "c6", "f6", "b7", "g7", "a8", "h8"});
+// Bishops by the number of reachable inner squares 0 to 3.
 constexpr int LOW_BISHOP_MOBILITY[4] = {-45, -32, -18, -10};
 
 // Rooks by the count of files without an own pawn, 1 to 8.
@@ -98,24 +91,6 @@ bool EnemyKingOnLastRanks(const Board& board, Color c) {
 // The squares beyond s as the colour looks: higher squares for White, lower for Black.
 Bitboard Beyond(Color c, Square s) { return c == WHITE ? ~((SquareBit(s) << 1) - 1) : SquareBit(s) - 1; }
 
-// The average pawn count of the two sides, at most 8.
-int AveragePawns(const Board& board) {
-  return std::min((PopCount(board.sides[WHITE].pawns) + PopCount(board.sides[BLACK].pawns)) >> 1, 8);
-}
-
-// The bishop's attacks, through the highest own piece on the long diagonals' central squares when
-// it stands on a fianchetto square.
-Bitboard BishopAttacksFrom(const Board& board, Color c, Square s) {
-  Bitboard att = board.BishopAttacks(s);
-  if (!In(RelativeSet(c, FIANCHETTO_SQUARES), s)) return att;
-  const BoardSide& own = board.sides[c];
-  const Bitboard xray_squares = RelativeSet(c, XRAY_SQUARES);
-  Bitboard screens = att & own.all & ~own.pawns & xray_squares;
-  if (screens == 0) return att;
-  Square highest = c == WHITE ? LastBit(screens) : FirstBit(screens);
-  return att | (board.BishopAttacks(highest) & xray_squares);
-}
-
 // A bishop on a7 (h7) shut in by an enemy pawn on b6 (g6), worse with one on c7 (f7) too.
 int TrappedBishop(const Board& board, Color c, Square s) {
   const Bitboard enemy = board.sides[c ^ 1].pawns;
@@ -127,20 +102,16 @@ int TrappedBishop(const Board& board, Color c, Square s) {
 }
 
 int BishopsOf(const EvaluationRecord& record, const Board& board, Color c) {
-  const Bitboard pawns = board.sides[WHITE].pawns | board.sides[BLACK].pawns;
   const PawnFacts& enemy = record.pawns[c ^ 1];
   const Bitboard targets = enemy.passed & enemy.attacked_once & ~enemy.duos;
   Bitboard seen_targets = 0;
   int v = 0;
   for (Bitboard bishops = board.sides[c].bishops; bishops != 0;) {
     Square s = PopFirstBit(bishops);
-    Bitboard att = BishopAttacksFrom(board, c, s);
-    Bitboard reach = (att | SquareBit(s)) & INNER_SQUARES & ~pawns;
-    int count = PopCount(reach);
-    int ce = PopCount(reach & CENTRE_SQUARES);
-    int ri = PopCount(reach & CENTRE_RING);
-    v += SIMPLE_BISHOP[RelativeSquare(s, c)] + 2 * ce + ((3 * ri) >> 1);
-    v += count < 4 ? LOW_BISHOP_MOBILITY[count] : 2 * count - 15;
+    Bitboard att = XRayAttacks(board, c, s, board.BishopAttacks(s));
+    const BishopReach reach = BishopReachOf(board, s, att);
+    v += SIMPLE_BISHOP[RelativeSquare(s, c)] + 2 * reach.centre + ((3 * reach.ring) >> 1);
+    v += reach.squares < 4 ? LOW_BISHOP_MOBILITY[reach.squares] : 2 * reach.squares - 15;
     v += TrappedBishop(board, c, s);
     seen_targets |= att & targets;
   }
@@ -162,7 +133,7 @@ int Rook(EvaluationRecord& record, const Board& board, Color c, Square s) {
   const int f = FileOf(s);
   const Bitboard att = board.RookAttacks(s);
   record.side_facts[c].attacks |= att;
-  int v = (5 - AveragePawns(board)) * 12 + 25;
+  int v = (5 - AveragePawnCount(board)) * 12 + 25;
 
   const int n = record.files_without_pawn_count[c];
   const bool no_own_pawn = (own.pawns & FileMask(f)) == 0;

@@ -129,7 +129,3 @@ int EvaluateQueenEnding(EvaluationRecord& record, const Board& board, int bound)
   if (score >= 0 || !HasSafeCheck(board)) return score;
   return ShrinkForPerpetualChances(board, score);
 }
-
-int EvaluatePawnEnding(EvaluationRecord&, const Board& board, int) {
-  return 3 * board.State().material;  // Not written yet: material alone, at triple scale.
-}

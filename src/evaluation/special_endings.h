@@ -9,6 +9,6 @@
 // EvaluateSimple does.
 int EvaluateRookEnding(EvaluationRecord& record, const Board& board, int bound);
 int EvaluateQueenEnding(EvaluationRecord& record, const Board& board, int bound);
-int EvaluatePawnEnding(EvaluationRecord& record, const Board& board, int bound);
+int EvaluatePawnEnding(EvaluationRecord& record, const Board& board, int bound);  // in pawn_ending.cpp
 // Uses neither the record nor a hash table.
 int EvaluateMating(const Board& board);  // in mating_evaluation.cpp

@@ -41,6 +41,13 @@ void TeeStream::WriteLogOnly(const std::string& text) {
   Flush();
 }
 
+void TeeStream::WriteConsoleOnly(const std::string& text) {
+  const bool saved = to_log;
+  to_log = false;
+  Write(text);
+  to_log = saved;
+}
+
 bool TeeStream::OpenLog(const std::string& name) {
   log_.reset();
   log_name_.clear();

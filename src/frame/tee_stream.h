@@ -24,6 +24,8 @@ class TeeStream {
   void Flush();
   // Writes text + " (not sent to xboard)\n" with the console side off, then flushes.
   void WriteLogOnly(const std::string& text);
+  // Writes text to standard output only, not to the log.
+  void WriteConsoleOnly(const std::string& text);
   // An empty name closes the log; otherwise the file is created anew with a time-stamped first line.
   bool OpenLog(const std::string& name);
   bool LogIsOpen() const { return log_ != nullptr; }

@@ -12,6 +12,7 @@
 #include "interfaces/commands.h"
 #include "interfaces/edit_mode.h"
 #include "interfaces/game.h"
+#include "interfaces/game_result_text.h"
 #include "interfaces/help_screen.h"
 #include "interfaces/personality_names.h"
 
@@ -34,7 +35,22 @@ void BasicProtocol::WriteLine(const std::string& text) {
   Out.Flush();
 }
 
+void BasicProtocol::WriteText(const std::string& text) {
+  Out << text;
+  Out.Flush();
+}
+
 void BasicProtocol::WriteLogOnlyText(const std::string& text) { Out.WriteLogOnly(text); }
+
+std::string BasicProtocol::GameOverText(int result, int reason) {
+  return "game over: " + ResultText(result) + " (" + ReasonText(result, reason) + ")";
+}
+
+std::string BasicProtocol::PredictedMoveText(const std::string& move) {
+  return "Predicted move made (" + move + ")";
+}
+
+std::string BasicProtocol::CommandIgnoredText(const std::string& reason) { return "Command ignored (" + reason + ")"; }
 
 void BasicProtocol::TakeOverFrom(const BasicProtocol& old) {
   personality = old.personality;
@@ -102,19 +118,13 @@ void BasicProtocol::ConsiderDraw(bool opponent_is_computer) {
   }
 }
 
-void BasicProtocol::DisplayHashTables(bool detailed) {
-  Out << HashTablesStatusText(detailed);
-  Out.Flush();
-}
+void BasicProtocol::DisplayHashTables(bool detailed) { WriteText(HashTablesStatusText(detailed)); }
 
 void BasicProtocol::PrintHelp() { ZephrinHelpScreen::ShowHelp(); }
 void BasicProtocol::PrintStartupHelp() { ZephrinHelpScreen::ShowStartupHelp(); }
 void BasicProtocol::PrintEditHelp() { ZephrinHelpScreen::ShowEditHelp(); }
 
-void BasicProtocol::PrintVersion() {
-  Out << VersionText();
-  Out.Flush();
-}
+void BasicProtocol::PrintVersion() { WriteText(VersionText()); }
 
 void BasicProtocol::DisplayBoard(const Game& game, bool verbose) {
   game.DisplayPosition(verbose);

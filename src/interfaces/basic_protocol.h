@@ -88,8 +88,15 @@ class BasicProtocol {
  protected:
   // Writes the text with a newline, flushed.
   static void WriteLine(const std::string& text);
+  // Writes the text as it stands, flushed.
+  static void WriteText(const std::string& text);
   // Writes the text, then the log-only mark, with the console side off.
   static void WriteLogOnlyText(const std::string& text);
+
+  // Notes that the console shows and the XBoard protocols only log.
+  static std::string GameOverText(int result, int reason);
+  static std::string PredictedMoveText(const std::string& move);
+  static std::string CommandIgnoredText(const std::string& reason);
 };
 
 // "#2" for a mate in two, the plain number otherwise.

@@ -6,21 +6,8 @@
 #include "interfaces/edit_board.h"
 #include "interfaces/game.h"
 #include "interfaces/game_files.h"
-#include "interfaces/game_result_text.h"
 
 namespace ZephrinInterfaces {
-
-namespace {
-
-// Writes text to the terminal only, not to the log.
-void WriteToTerminal(const std::string& text) {
-  const bool saved = Out.to_log;
-  Out.to_log = false;
-  Out << text;
-  Out.to_log = saved;
-}
-
-}  // namespace
 
 std::string ConsoleProtocol::MakeGreeting() {
   static const char* const GREETINGS[] = {"Hallo", "Guten Tag", "Welcome", "Zephrin welcomes you",
@@ -44,22 +31,18 @@ void ConsoleProtocol::ShowHint(const std::string& move) {
 void ConsoleProtocol::ShowEngineMove(const std::string& move) { WriteLine("Zephrin played: " + move); }
 
 void ConsoleProtocol::ShowGameResult(int result, int reason, int) {
-  WriteLine("game over: " + ResultText(result) + " (" + ReasonText(result, reason) + ")");
+  WriteLine(GameOverText(result, reason));
 }
 
-void ConsoleProtocol::ShowPredictedMove(const std::string& move) {
-  WriteLine("Predicted move made (" + move + ")");
-}
+void ConsoleProtocol::ShowPredictedMove(const std::string& move) { WriteLine(PredictedMoveText(move)); }
 
-void ConsoleProtocol::ShowCommandIgnored(const std::string& reason) {
-  WriteLine("Command ignored (" + reason + ")");
-}
+void ConsoleProtocol::ShowCommandIgnored(const std::string& reason) { WriteLine(CommandIgnoredText(reason)); }
 
 void ConsoleProtocol::ShowEditAborted() { WriteLine("Edit mode aborted"); }
 
 // The leading " \r" wipes a progress line that may stand on the terminal.
 void ConsoleProtocol::ShowPrompt(const Game& game) {
-  WriteToTerminal(" \r");
+  Out.WriteConsoleOnly(" \r");
   Out << (game.SideToMove() == 0 ? "White" : "Black") << " " << std::to_string(game.FullMoveNumber()) << "> ";
   Out.Flush();
 }
@@ -75,7 +58,7 @@ void ConsoleProtocol::ShowSearchStatus(const SearchReport* search) {
 }
 
 void ConsoleProtocol::ReportNewBestMove(const std::string& move) {
-  if (post) WriteToTerminal("!? " + move + " ");
+  if (post) Out.WriteConsoleOnly("!? " + move + " ");
   WriteLogOnlyText("New move found: " + move);
 }
 
@@ -87,30 +70,18 @@ void ConsoleProtocol::Resign() { WriteLine("Congratulations! Zephrin resigns.");
 
 void ConsoleProtocol::OfferDraw() { WriteLine("Zephrin offers draw. (Note: type \"draw\" to accept)"); }
 
-void ConsoleProtocol::BoardChanged(const Game& game) {
-  game.DisplayPosition(false);
-  Out.Flush();
-}
+void ConsoleProtocol::BoardChanged(const Game& game) { DisplayBoard(game, false); }
 
-void ConsoleProtocol::ShowEditBoard(const EditBoard& board) {
-  Out << board.DisplayText(true);
-  Out.Flush();
-}
+void ConsoleProtocol::ShowEditBoard(const EditBoard& board) { WriteText(board.DisplayText(true)); }
 
-void ConsoleProtocol::ShowPgnTags(const PgnTags& tags) {
-  Out << PgnTagsText(tags);
-  Out.Flush();
-}
+void ConsoleProtocol::ShowPgnTags(const PgnTags& tags) { WriteText(PgnTagsText(tags)); }
 
 void ConsoleProtocol::TellUser(const std::string& text) { WriteLine(text); }
 
-void ConsoleProtocol::ShowEditPrompt() {
-  Out << "edit mode> ";
-  Out.Flush();
-}
+void ConsoleProtocol::ShowEditPrompt() { WriteText("edit mode> "); }
 
 void ConsoleProtocol::WriteThinkingLine(const SearchReport& search) {
-  WriteToTerminal("\r");
+  Out.WriteConsoleOnly("\r");
   Out << "Depth: " << std::to_string(search.depth) << ". ";
   for (const std::string& move : search.pv) Out << move << " ";
   Out << "(" << ScoreText(search.score) << ")\n";

@@ -89,8 +89,8 @@ SearchTimeLimits GameTimeLimits(const PlayerClock& clock) {
   SearchTimeLimits limits = TimeLimits(clock);
   const std::int64_t left = std::int32_t(std::uint32_t(clock.ms_left));
   if (left < 1) return limits;
-  const std::int64_t reserve = left / 16 + 150;
-  const std::int64_t ceiling = std::max(left - reserve, left / 4);
+  const std::int64_t reserve = left / 8 + 300;
+  const std::int64_t ceiling = std::max(left - reserve, left / 8);
   limits.max_time_limit = std::int32_t(std::min<std::int64_t>(limits.max_time_limit, ceiling));
   limits.variable_time_limit = std::min(limits.variable_time_limit, limits.max_time_limit);
   return limits;

@@ -50,9 +50,10 @@ struct SearchTimeLimits {
 SearchTimeLimits TimeLimits(const PlayerClock& clock);
 
 // The limits of a game search: `TimeLimits`, with the hard limit kept clear of the flag. On the last
-// move of a period `TimeLimits` allows all the time left, but the search only notices its limit at
-// the next poll (about an eighth of a second later), and the front end adds its own latency; so
-// the hard limit leaves a sixteenth of the clock plus 150 ms, yet never less than a quarter of it.
+// move of a period `TimeLimits` allows all the time left, but the search notices its limit only at
+// the next poll (about an eighth of a second later), and the engine's own clock misses the time its
+// moves spend in pipes and in the front end, a few ms a move that add up over a long game. So the
+// hard limit leaves an eighth of the clock plus 300 ms, yet never less than an eighth of it.
 SearchTimeLimits GameTimeLimits(const PlayerClock& clock);
 
 // The state that `time` and `otim` leave in the log: the active clock, the passive one, and which

@@ -21,17 +21,10 @@ bool CaselessLess(const std::string& a, const std::string& b) {
   });
 }
 
-// Text for the terminal only: the fill of the key column.
-void WriteToConsoleOnly(const std::string& text) {
-  const bool saved = Out.to_log;
-  Out.to_log = false;
-  Out << text;
-  Out.to_log = saved;
-}
-
+// The key, then the fill of the key column for the terminal only.
 void WriteKey(const std::string& key, int width, char fill) {
   Out << key;
-  if (static_cast<int>(key.size()) < width) WriteToConsoleOnly(std::string(width - key.size(), fill));
+  if (static_cast<int>(key.size()) < width) Out.WriteConsoleOnly(std::string(width - key.size(), fill));
 }
 
 const std::vector<HelpEntry> EDIT_TABLE = {

@@ -12,6 +12,21 @@
 
 namespace ZephrinInterfaces {
 
+namespace {
+
+// Whole lines for the log only, the log-only mark on a line of its own after them.
+template <typename Write>
+void WriteLogOnlyLines(Write write) {
+  {
+    LogOnlySection log_only;
+    write();
+    Out << "(not sent to xboard)\n";
+  }
+  Out.Flush();
+}
+
+}  // namespace
+
 void BasicXBoardProtocol::ShowHint(const std::string& move) {
   if (!move.empty()) WriteLine("Hint: " + move);
 }
@@ -24,16 +39,14 @@ void BasicXBoardProtocol::ShowGameResult(int result, int reason, int game_mode) 
   if (game_mode == GAME_MODE_PLAY || game_mode == GAME_MODE_BOTH) {
     WriteLine(text);
   } else {
-    WriteLogOnlyText("game over: " + ResultText(result) + " (" + ReasonText(result, reason) + ")");
+    WriteLogOnlyText(GameOverText(result, reason));
   }
 }
 
-void BasicXBoardProtocol::ShowPredictedMove(const std::string& move) {
-  WriteLogOnlyText("Predicted move made (" + move + ")");
-}
+void BasicXBoardProtocol::ShowPredictedMove(const std::string& move) { WriteLogOnlyText(PredictedMoveText(move)); }
 
 void BasicXBoardProtocol::ShowCommandIgnored(const std::string& reason) {
-  WriteLogOnlyText("Command ignored (" + reason + ")");
+  WriteLogOnlyText(CommandIgnoredText(reason));
 }
 
 void BasicXBoardProtocol::ShowSearchSummary(const SearchReport& search) {
@@ -48,28 +61,15 @@ void BasicXBoardProtocol::Resign() { WriteLine("resign"); }
 void BasicXBoardProtocol::OfferDraw() { WriteLine("offer draw"); }
 
 void BasicXBoardProtocol::BoardChanged(const Game& game) {
-  {
-    LogOnlySection log_only;
-    game.DisplayPosition(false);
-    Out << "(not sent to xboard)\n";
-  }
-  Out.Flush();
+  WriteLogOnlyLines([&] { game.DisplayPosition(false); });
 }
 
 void BasicXBoardProtocol::ShowEditBoard(const EditBoard& board) {
-  {
-    LogOnlySection log_only;
-    Out << board.DisplayText(true) << "(not sent to xboard)\n";
-  }
-  Out.Flush();
+  WriteLogOnlyLines([&] { Out << board.DisplayText(true); });
 }
 
 void BasicXBoardProtocol::ShowPgnTags(const PgnTags& tags) {
-  {
-    LogOnlySection log_only;
-    Out << PgnTagsText(tags) << "(not sent to xboard)\n";
-  }
-  Out.Flush();
+  WriteLogOnlyLines([&] { Out << PgnTagsText(tags); });
 }
 
 void BasicXBoardProtocol::TellUser(const std::string& text) { WriteLine("telluser " + ReplaceChar(text, '\n', '\t')); }

@@ -1,4 +1,5 @@
 #include <set>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -46,22 +47,12 @@ TEST(AttackTables, KeysComeFromTheSeededSequenceAndAreDistinct) {
 }
 
 TEST(AttackTables, RotationsArePermutationsWithTheDocumentedCorners) {
-  EXPECT_EQ(ROT_DIAG[A1], 28);
-  EXPECT_EQ(ROT_DIAG[H1], 0);
-  EXPECT_EQ(ROT_DIAG[H8], 35);
-  EXPECT_EQ(ROT_DIAG[A8], 63);
-  EXPECT_EQ(ROT_ANTI[A1], 0);
-  EXPECT_EQ(ROT_ANTI[H1], 35);
-  EXPECT_EQ(ROT_ANTI[A8], 28);
-  EXPECT_EQ(ROT_ANTI[H8], 63);
-  EXPECT_EQ(ROT_FILE[A1], 56);
-  EXPECT_EQ(ROT_FILE[A2], 57);
-  EXPECT_EQ(ROT_FILE[H8], 7);
-  EXPECT_EQ(DIAG_SQUARES[0], 7);
-  EXPECT_EQ(DIAG_SQUARES[1], 6);
-  EXPECT_EQ(DIAG_SQUARES[2], 15);
-  EXPECT_EQ(ANTI_SQUARES[1], 8);
-  EXPECT_EQ(ANTI_SQUARES[2], 1);
+  using Row = std::vector<int>;
+  EXPECT_EQ((Row{ROT_DIAG[A1], ROT_DIAG[H1], ROT_DIAG[H8], ROT_DIAG[A8]}), (Row{28, 0, 35, 63}));
+  EXPECT_EQ((Row{ROT_ANTI[A1], ROT_ANTI[H1], ROT_ANTI[A8], ROT_ANTI[H8]}), (Row{0, 35, 28, 63}));
+  EXPECT_EQ((Row{ROT_FILE[A1], ROT_FILE[A2], ROT_FILE[H8]}), (Row{56, 57, 7}));
+  EXPECT_EQ((Row{DIAG_SQUARES[0], DIAG_SQUARES[1], DIAG_SQUARES[2], ANTI_SQUARES[1], ANTI_SQUARES[2]}),
+            (Row{7, 6, 15, 8, 1}));
   for (const auto* table : {&ROT_DIAG, &ROT_ANTI, &ROT_FILE}) {
     std::set<int> seen(table->begin(), table->end());
     EXPECT_EQ(seen.size(), 64u);

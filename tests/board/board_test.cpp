@@ -1,26 +1,27 @@
 #include <cstring>
-#include <string>
+#include <initializer_list>
+#include <utility>
 
 #include <gtest/gtest.h>
 
-#include "board/board.h"
-#include "board/move_generator.h"
-#include "interfaces/fen.h"
+#include "board/board_test_helpers.h"
 
 namespace {
 
-Board FromFen(const std::string& fen) {
-  Board board;
-  ZephrinInterfaces::ReadFen(fen, board);
-  return board;
-}
+using board_test::FromFen;
 
 // A position from a list of (square, piece) pairs.
+// The squares of a position: the listed (square, piece) pairs on an empty board.
 struct Placement {
   Piece squares[64] = {};
-  Placement& Put(Square s, Piece p) {
-    squares[s] = p;
-    return *this;
+  Placement(std::initializer_list<std::pair<Square, Piece>> pieces) { Put(pieces); }
+  Placement With(std::initializer_list<std::pair<Square, Piece>> pieces) const {
+    Placement copy = *this;
+    copy.Put(pieces);
+    return copy;
+  }
+  void Put(std::initializer_list<std::pair<Square, Piece>> pieces) {
+    for (auto [s, p] : pieces) squares[s] = p;
   }
 };
 
@@ -52,70 +53,51 @@ TEST(Board, MaterialIsFromTheSideToMove) {
 TEST(Board, BadArgumentsAreRefusedWithoutTouchingTheRecord) {
   Board board;
   const Board before(board);
-  Placement setup;
-  setup.Put(4, 6).Put(60, -6).Put(36, -1);
-  EXPECT_FALSE(board.SetPosition(setup.squares, 2, 0, 0));      // side
+  Placement setup{{4, 6}, {60, -6}, {36, -1}};
+  EXPECT_FALSE(board.SetPosition(setup.squares, 2, 0, 0));       // side
   EXPECT_FALSE(board.SetPosition(setup.squares, WHITE, 43, 16));  // castling above 15
-  EXPECT_FALSE(board.SetPosition(setup.squares, WHITE, 20, 0));  // e3 with white to move
+  EXPECT_FALSE(board.SetPosition(setup.squares, WHITE, 20, 0));   // e3 with white to move
   EXPECT_FALSE(board.SetPosition(setup.squares, WHITE, 64, 0));
   EXPECT_FALSE(board.SetPosition(setup.squares, WHITE, -3, 0));
-  setup.Put(10, 7);
-  EXPECT_FALSE(board.SetPosition(setup.squares, WHITE, 0, 0));  // a byte outside -6..6
+  EXPECT_FALSE(board.SetPosition(setup.With({{10, 7}}).squares, WHITE, 0, 0));  // a byte outside -6..6
   EXPECT_EQ(0, std::memcmp(static_cast<const void*>(&board), static_cast<const void*>(&before),
                            offsetof(Board, key_history)));
   EXPECT_EQ(board.Key(), before.Key());
 }
 
 TEST(Board, ValidateRefusesIllegalPositions) {
-  Placement base;
-  base.Put(4, 6).Put(60, -6);
+  const Placement base{{4, 6}, {60, -6}};
   Board board;
   EXPECT_TRUE(board.SetPosition(base.squares, WHITE, 0, 0));
-
-  Placement two_kings = base;
-  two_kings.Put(20, 6);
-  EXPECT_FALSE(board.SetPosition(two_kings.squares, WHITE, 0, 0));
-  Placement no_black_king;
-  no_black_king.Put(4, 6);
-  EXPECT_FALSE(board.SetPosition(no_black_king.squares, WHITE, 0, 0));
-  Placement pawn_on_first = base;
-  pawn_on_first.Put(0, 1);
-  EXPECT_FALSE(board.SetPosition(pawn_on_first.squares, WHITE, 0, 0));
-  Placement pawn_on_last = base;
-  pawn_on_last.Put(63, -1);
-  EXPECT_FALSE(board.SetPosition(pawn_on_last.squares, WHITE, 0, 0));
+  EXPECT_FALSE(board.SetPosition(base.With({{20, 6}}).squares, WHITE, 0, 0));   // two white kings
+  EXPECT_FALSE(board.SetPosition(base.With({{60, 0}}).squares, WHITE, 0, 0));   // no black king
+  EXPECT_FALSE(board.SetPosition(base.With({{0, 1}}).squares, WHITE, 0, 0));    // a pawn on the first rank
+  EXPECT_FALSE(board.SetPosition(base.With({{63, -1}}).squares, WHITE, 0, 0));  // a pawn on the last
   // Black to move may not leave white in check; white to move may be in check.
-  Placement rook_check = base;
-  rook_check.Put(7, -4);
+  const Placement rook_check = base.With({{7, -4}});
   EXPECT_FALSE(board.SetPosition(rook_check.squares, BLACK, 0, 0));
   EXPECT_TRUE(board.SetPosition(rook_check.squares, WHITE, 0, 0));
   EXPECT_TRUE(board.InCheck());
 
   Placement pawns = base;
-  for (Square s = 8; s < 22; ++s) pawns.Put(s, 1);
+  for (Square s = 8; s < 22; ++s) pawns.squares[s] = 1;
   EXPECT_TRUE(board.SetPosition(pawns.squares, WHITE, 0, 0));  // 14 pawns
-  pawns.Put(22, 1);
-  EXPECT_FALSE(board.SetPosition(pawns.squares, WHITE, 0, 0));  // 15 pawns
+  EXPECT_FALSE(board.SetPosition(pawns.With({{22, 1}}).squares, WHITE, 0, 0));  // 15 pawns
 
-  Placement queens;  // the black king a8 walled in by a7, b7 and b8
-  queens.Put(4, 6).Put(56, -6).Put(48, -1).Put(49, -1).Put(57, -2);
-  for (Square s = 16; s < 26; ++s) queens.Put(s, 5);
+  Placement queens{{4, 6}, {56, -6}, {48, -1}, {49, -1}, {57, -2}};  // the black king a8 walled in
+  for (Square s = 16; s < 26; ++s) queens.squares[s] = 5;
   EXPECT_TRUE(board.SetPosition(queens.squares, WHITE, 0, 0));
 }
 
 TEST(Board, EnPassantAndCastlingMustFitTheSquares) {
-  Placement base;
-  base.Put(4, 6).Put(60, -6).Put(28, 1);  // white pawn e4
+  const Placement pawn{{4, 6}, {60, -6}, {28, 1}};  // white pawn e4
   Board board;
-  EXPECT_TRUE(board.SetPosition(base.squares, BLACK, 20, 0));   // e3 behind the pawn
+  EXPECT_TRUE(board.SetPosition(pawn.squares, BLACK, 20, 0));   // e3 behind the pawn
   EXPECT_EQ(board.EpText(), "e3");
-  EXPECT_FALSE(board.SetPosition(base.squares, BLACK, 19, 0));  // d3: no pawn in front
-  Placement blocked = base;
-  blocked.Put(12, 2);  // e2 occupied
-  EXPECT_FALSE(board.SetPosition(blocked.squares, BLACK, 20, 0));
+  EXPECT_FALSE(board.SetPosition(pawn.squares, BLACK, 19, 0));  // d3: no pawn in front
+  EXPECT_FALSE(board.SetPosition(pawn.With({{12, 2}}).squares, BLACK, 20, 0));  // e2 occupied
 
-  Placement castle;
-  castle.Put(4, 6).Put(60, -6).Put(7, 4).Put(56, -4);
+  const Placement castle{{4, 6}, {60, -6}, {7, 4}, {56, -4}};
   EXPECT_TRUE(board.SetPosition(castle.squares, WHITE, 0, CASTLE_WHITE_SHORT | CASTLE_BLACK_LONG));
   EXPECT_EQ(board.CastlingText(), "Kq");
   EXPECT_FALSE(board.SetPosition(castle.squares, WHITE, 0, CASTLE_WHITE_LONG));

@@ -1,47 +1,15 @@
-#include <string>
-#include <vector>
-
 #include <gtest/gtest.h>
 
-#include "board/board.h"
-#include "board/move_generator.h"
-#include "frame/string_conversions.h"
-#include "interfaces/fen.h"
+#include "board/board_test_helpers.h"
 
 namespace {
 
-Board FromFen(const std::string& fen) {
-  Board board;
-  ZephrinInterfaces::ReadFen(fen, board);
-  return board;
-}
-
-// The generated move written as "e2e4" (and "e7e8n" for a promotion).
-Move Find(const Board& board, const std::string& text) {
-  std::vector<Move> moves;
-  GenerateLegalMoves(board, moves);
-  for (Move m : moves) {
-    std::string name = SquareText(MoveFrom(m)) + SquareText(MoveTo(m));
-    if (MovePromotion(m)) name += " pnbrqk"[MovePromotion(m)];
-    if (name == text) return m;
-  }
-  ADD_FAILURE() << "no move " << text << " in " << ZephrinInterfaces::BoardToFen(board, 1);
-  return MOVE_INVALID;
-}
-
-// Plays moves as the game layer does: make, then rebase.
-void PlayInGame(Board& board, std::initializer_list<const char*> moves) {
-  for (const char* text : moves) {
-    board.MakeMove(Find(board, text));
-    board.Rebase();
-    ASSERT_TRUE(board.IsConsistent()) << text;
-  }
-}
+using namespace board_test;
 
 TEST(MakeMove, CastlingRightsAndTheirKeys) {
   // A rook taken on a8 removes black's long right, and the key changes by exactly its constant.
   Board board = FromFen("r3k3/8/8/8/8/8/8/R3K3 w Qq - 0 1");
-  const Move capture = Find(board, "a1a8");
+  const Move capture = FindMove(board, "a1a8");
   const std::uint64_t before = board.Key();
   board.MakeMove(capture);
   EXPECT_EQ(board.State().castling, 0);  // the white rook left a1 as well
@@ -52,12 +20,12 @@ TEST(MakeMove, CastlingRightsAndTheirKeys) {
   // A rook leaving h1 without the short right changes no castling term.
   board = FromFen("4k3/8/8/8/8/8/8/R3K2R w Q - 0 1");
   const std::uint64_t start = board.Key();
-  board.MakeMove(Find(board, "h1h2"));
+  board.MakeMove(FindMove(board, "h1h2"));
   EXPECT_EQ(board.State().castling, CASTLE_WHITE_LONG);
   EXPECT_EQ(board.Key() ^ start, SIDE_KEY ^ Tables.piece_keys[7][rook + 6] ^ Tables.piece_keys[15][rook + 6]);
   // Castling moves the rook and clears both rights of the side.
   board = FromFen("r3k2r/8/8/8/8/8/8/R3K2R b KQkq - 0 1");
-  board.MakeMove(Find(board, "e8c8"));
+  board.MakeMove(FindMove(board, "e8c8"));
   EXPECT_EQ(board.squares[59], MakePiece(BLACK, ROOK));
   EXPECT_EQ(board.squares[56], 0);
   EXPECT_EQ(board.State().castling, CASTLE_WHITE_SHORT | CASTLE_WHITE_LONG);
@@ -67,7 +35,7 @@ TEST(MakeMove, CastlingRightsAndTheirKeys) {
 
 TEST(MakeMove, DoubleStepsAndNullMoves) {
   Board board;
-  board.MakeMove(Find(board, "e2e4"));
+  board.MakeMove(FindMove(board, "e2e4"));
   EXPECT_EQ(board.EpText(), "e3");  // set although no black pawn can take
   const std::uint64_t with_ep = board.Key();
   EXPECT_EQ(with_ep, board.ComputeKey());
@@ -83,8 +51,8 @@ TEST(MakeMove, DoubleStepsAndNullMoves) {
 
   // A transposition ending in the double step differs by exactly the en-passant key.
   Board one, two;
-  for (const char* m : {"e2e4", "g8f6", "g1f3"}) one.MakeMove(Find(one, m));
-  for (const char* m : {"g1f3", "g8f6", "e2e4"}) two.MakeMove(Find(two, m));
+  for (const char* m : {"e2e4", "g8f6", "g1f3"}) one.MakeMove(FindMove(one, m));
+  for (const char* m : {"g1f3", "g8f6", "e2e4"}) two.MakeMove(FindMove(two, m));
   EXPECT_EQ(one.Key() ^ two.Key(), Tables.ep_keys[0][4]);
   EXPECT_EQ(one.PawnKey(), two.PawnKey());
 }
@@ -92,7 +60,7 @@ TEST(MakeMove, DoubleStepsAndNullMoves) {
 TEST(MakeMove, PromotionUpdatesMaterialPhaseAndUnits) {
   Board board = FromFen("1r2k3/P7/8/8/8/8/8/4K3 w - - 0 1");
   const int phase = board.phase;
-  board.MakeMove(Find(board, "a7b8n"));
+  board.MakeMove(FindMove(board, "a7b8n"));
   EXPECT_EQ(board.phase, phase - PHASE_VALUE[ROOK] + PHASE_VALUE[KNIGHT]);
   EXPECT_EQ(board.sides[WHITE].minor_units, 3);
   EXPECT_EQ(board.sides[BLACK].major_units, 0);
@@ -117,10 +85,10 @@ TEST(IsDraw, FiftyMovesAndRepetition) {
   // A single earlier occurrence counts, within the search's plies...
   Board board = FromFen("4k3/8/8/8/8/8/8/R3K3 w - - 0 1");
   for (const char* m : {"a1a2", "e8d8", "a2a1"}) {
-    board.MakeMove(Find(board, m));
+    board.MakeMove(FindMove(board, m));
     EXPECT_FALSE(board.IsDraw()) << m;
   }
-  board.MakeMove(Find(board, "d8e8"));
+  board.MakeMove(FindMove(board, "d8e8"));
   EXPECT_TRUE(board.IsDraw());
   // ...and across rebased game moves, but not across a pawn move.
   Board game = FromFen("4k3/p7/8/8/8/8/8/R3K3 w - - 0 1");

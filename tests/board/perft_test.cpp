@@ -1,12 +1,9 @@
 #include <cstdint>
-#include <string>
 #include <utility>
 
 #include <gtest/gtest.h>
 
-#include "board/board.h"
-#include "board/move_generator.h"
-#include "interfaces/fen.h"
+#include "board/board_test_helpers.h"
 
 namespace {
 
@@ -40,8 +37,7 @@ const PerftCase CASES[] = {
 
 TEST(Perft, PublishedCountsOfTheStandardPositions) {
   for (const PerftCase& c : CASES) {
-    Board board;
-    ZephrinInterfaces::ReadFen(c.fen, board);
+    Board board = board_test::FromFen(c.fen);
     for (int depth = 1; depth <= 4 && c.counts[depth - 1]; ++depth)
       EXPECT_EQ(Perft(board, depth), c.counts[depth - 1]) << c.fen << " depth " << depth;
   }
@@ -66,8 +62,7 @@ const std::pair<const char*, std::uint64_t> TRICKY[] = {
 
 TEST(Perft, TrickyEndgamesAtDepthFour) {
   for (const auto& [fen, count] : TRICKY) {
-    Board board;
-    ZephrinInterfaces::ReadFen(fen, board);
+    Board board = board_test::FromFen(fen);
     EXPECT_EQ(Perft(board, 4), count) << fen;
   }
 }

@@ -1,5 +1,5 @@
-// A slow, table-free reference for tests: attacks by walking offsets, and legal moves by trying
-// every pseudo-legal move on a copy.
+// A slow, table-free reference for tests: attacks by walking the board square by square, and legal
+// moves by trying every pseudo-legal move on a copy.
 #pragma once
 
 #include <cstdlib>
@@ -9,33 +9,6 @@
 #include "board/board.h"
 
 namespace reference {
-
-inline bool OnBoard(int file, int rank) { return file >= 0 && file < 8 && rank >= 0 && rank < 8; }
-
-// Whether a piece of colour `by` attacks s, walking the board square by square.
-inline bool Attacks(const Board& b, Square s, Color by) {
-  static const int knight[8][2] = {{1, 2}, {2, 1}, {2, -1}, {1, -2}, {-1, -2}, {-2, -1}, {-2, 1}, {-1, 2}};
-  static const int king[8][2] = {{0, 1}, {1, 1}, {1, 0}, {1, -1}, {0, -1}, {-1, -1}, {-1, 0}, {-1, 1}};
-  const int f = FileOf(s), r = RankOf(s);
-  const int pawn_rank = by == WHITE ? r - 1 : r + 1;
-  for (int df : {-1, 1})
-    if (OnBoard(f + df, pawn_rank) && b.squares[MakeSquare(f + df, pawn_rank)] == MakePiece(by, PAWN)) return true;
-  for (auto& o : knight)
-    if (OnBoard(f + o[0], r + o[1]) && b.squares[MakeSquare(f + o[0], r + o[1])] == MakePiece(by, KNIGHT))
-      return true;
-  for (auto& o : king) {
-    if (OnBoard(f + o[0], r + o[1]) && b.squares[MakeSquare(f + o[0], r + o[1])] == MakePiece(by, KING))
-      return true;
-    const bool diagonal = o[0] != 0 && o[1] != 0;
-    for (int ff = f + o[0], rr = r + o[1]; OnBoard(ff, rr); ff += o[0], rr += o[1]) {
-      const Piece p = b.squares[MakeSquare(ff, rr)];
-      if (p == 0) continue;
-      if (p == MakePiece(by, QUEEN) || p == MakePiece(by, diagonal ? BISHOP : ROOK)) return true;
-      break;
-    }
-  }
-  return false;
-}
 
 // Whether the piece standing on `from` attacks s (walking the board).
 inline bool PieceAttacks(const Board& b, Square from, Square s) {
@@ -55,6 +28,13 @@ inline bool PieceAttacks(const Board& b, Square from, Square s) {
   for (int f = FileOf(from) + sf, r = RankOf(from) + sr; MakeSquare(f, r) != s; f += sf, r += sr)
     if (b.squares[MakeSquare(f, r)] != 0) return false;
   return true;
+}
+
+// Whether a piece of colour `by` attacks s.
+inline bool Attacks(const Board& b, Square s, Color by) {
+  for (Square from = 0; from < 64; ++from)
+    if (b.squares[from] != 0 && ColorOf(b.squares[from]) == by && PieceAttacks(b, from, s)) return true;
+  return false;
 }
 
 using MoveKey = std::tuple<Square, Square, PieceType>;  // from, to, promotion
@@ -78,25 +58,17 @@ inline std::set<MoveKey> LegalMoves(const Board& b) {
     for (PieceType p : {QUEEN, ROOK, BISHOP, KNIGHT}) try_move(from, to, p);
   };
   for (Square from = 0; from < 64; ++from) {
-    const Piece p = b.squares[from];
-    if (p == 0 || ColorOf(p) != us) continue;
-    const int f = FileOf(from), r = RankOf(from);
-    if (TypeOf(p) == PAWN) {
-      const int up = us == WHITE ? 1 : -1;
-      if (OnBoard(f, r + up) && b.squares[MakeSquare(f, r + up)] == 0) {
-        add(from, MakeSquare(f, r + up));
-        const int start = us == WHITE ? 1 : 6;
-        if (r == start && b.squares[MakeSquare(f, r + 2 * up)] == 0) add(from, MakeSquare(f, r + 2 * up));
-      }
-      for (int df : {-1, 1}) {
-        if (!OnBoard(f + df, r + up)) continue;
-        const Square to = MakeSquare(f + df, r + up);
-        if ((b.squares[to] != 0 && ColorOf(b.squares[to]) == them) || (ep != 0 && to == ep)) add(from, to);
-      }
-      continue;
+    if (b.squares[from] == 0 || ColorOf(b.squares[from]) != us) continue;
+    const bool pawn = TypeOf(b.squares[from]) == PAWN;
+    for (Square to = 0; to < 64; ++to) {
+      const bool empty = b.squares[to] == 0, enemy = !empty && ColorOf(b.squares[to]) == them;
+      if (PieceAttacks(b, from, to) && (pawn ? enemy || (ep != 0 && to == ep) : empty || enemy)) add(from, to);
+      // Pawn pushes: one step to an empty square, or two from the start rank over an empty one.
+      const int step = (RankOf(to) - RankOf(from)) * (us == WHITE ? 1 : -1);
+      if (pawn && empty && FileOf(to) == FileOf(from) &&
+          (step == 1 || (step == 2 && RankOf(from) == (us == WHITE ? 1 : 6) && b.squares[(from + to) / 2] == 0)))
+        add(from, to);
     }
-    for (Square to = 0; to < 64; ++to)
-      if (PieceAttacks(b, from, to) && (b.squares[to] == 0 || ColorOf(b.squares[to]) == them)) add(from, to);
   }
   // Castling: right held, squares between empty, king not in check and not passing an attack.
   const int rights = b.plies[b.ply].castling;

@@ -1,67 +1,46 @@
-#include <string>
-#include <vector>
-
 #include <gtest/gtest.h>
 
 #include "board/attacks.h"
-#include "board/board.h"
+#include "board/board_test_helpers.h"
 #include "board/king_flood.h"
-#include "board/move_generator.h"
 #include "board/pseudo_legal.h"
 #include "board/static_exchange.h"
-#include "frame/string_conversions.h"
-#include "interfaces/fen.h"
 
 namespace {
 
-Board FromFen(const std::string& fen) {
-  Board board;
-  ZephrinInterfaces::ReadFen(fen, board);
-  return board;
-}
+using namespace board_test;
 
-Square At(const char* text) { return *ParseSquare(text); }
-
-Move Find(const Board& board, const char* from, const char* to, PieceType promotion = NO_PIECE) {
-  std::vector<Move> moves;
-  GenerateLegalMoves(board, moves);
-  for (Move m : moves)
-    if (MoveFrom(m) == At(from) && MoveTo(m) == At(to) && MovePromotion(m) == promotion) return m;
-  ADD_FAILURE() << "no move " << from << to;
-  return MOVE_INVALID;
-}
-
-int See(const std::string& fen, const char* from, const char* to, PieceType promotion = NO_PIECE) {
+int See(const std::string& fen, const std::string& move) {
   Board board = FromFen(fen);
   Bitboard involved = 0;
-  return StaticExchange(board, Find(board, from, to, promotion), involved);
+  return StaticExchange(board, FindMove(board, move), involved);
 }
 
 TEST(StaticExchange, SimpleExchanges) {
-  EXPECT_EQ(See("4k3/8/2p5/3p4/8/8/8/3QK3 w - - 0 1", "d1", "d5"), 100 - 1020);
-  EXPECT_EQ(See("4k3/8/2p5/3p4/4P3/8/8/4K3 w - - 0 1", "e4", "d5"), 0);
-  EXPECT_EQ(See("4k3/8/8/3p4/8/8/8/3RK3 w - - 0 1", "d1", "d5"), 100);
-  EXPECT_EQ(See("4k3/8/8/3p4/8/8/8/3RK3 w - - 0 1", "d1", "d4"), 0);
-  EXPECT_EQ(See("4k3/P7/8/8/8/8/8/4K3 w - - 0 1", "a7", "a8", QUEEN), 0);
-  EXPECT_EQ(See("4k3/8/8/3p4/4P3/8/8/4K3 b - - 0 1", "d5", "e4"), 100);
+  EXPECT_EQ(See("4k3/8/2p5/3p4/8/8/8/3QK3 w - - 0 1", "d1d5"), 100 - 1020);
+  EXPECT_EQ(See("4k3/8/2p5/3p4/4P3/8/8/4K3 w - - 0 1", "e4d5"), 0);
+  EXPECT_EQ(See("4k3/8/8/3p4/8/8/8/3RK3 w - - 0 1", "d1d5"), 100);
+  EXPECT_EQ(See("4k3/8/8/3p4/8/8/8/3RK3 w - - 0 1", "d1d4"), 0);
+  EXPECT_EQ(See("4k3/P7/8/8/8/8/8/4K3 w - - 0 1", "a7a8q"), 0);
+  EXPECT_EQ(See("4k3/8/8/3p4/4P3/8/8/4K3 b - - 0 1", "d5e4"), 100);
   // A king may not take a defended piece: the exchange stops before it.
   Board defended = FromFen("4k3/8/8/8/8/1n6/3p4/4K3 w - - 0 1");
   Bitboard involved = 0;
   EXPECT_EQ(StaticExchange(defended, MakeMoveWord(At("e1"), At("d2"), KING, PAWN), involved), -32767 + 100);
-  EXPECT_EQ(See("4k3/8/8/8/8/8/3p4/4K3 w - - 0 1", "e1", "d2"), 100);
+  EXPECT_EQ(See("4k3/8/8/8/8/8/3p4/4K3 w - - 0 1", "e1d2"), 100);
 }
 
 TEST(StaticExchange, HiddenSlidersJoinInTurn) {
   // Nxd5 Nxd5 Rxd5 Rxd5 Qxd5: the queen behind the rook wins the last word.
   const std::string fen = "3r3k/8/5n2/3p4/8/2N5/3R4/K2Q4 w - - 0 1";
-  EXPECT_EQ(See(fen, "c3", "d5"), 100);
+  EXPECT_EQ(See(fen, "c3d5"), 100);
   Board board = FromFen(fen);
   Bitboard involved = 0;
-  StaticExchange(board, Find(board, "c3", "d5"), involved);
+  StaticExchange(board, FindMove(board, "c3d5"), involved);
   EXPECT_TRUE(involved & SquareBit(At("d1")));
   EXPECT_FALSE(Attackers(board, At("d5")) & SquareBit(At("d1")));
   // Without the queen the rook would be lost: 100 + 305 - 305 - 500.
-  EXPECT_EQ(See("3r3k/8/5n2/3p4/8/2N5/3R4/K7 w - - 0 1", "c3", "d5"), 100 - 305);
+  EXPECT_EQ(See("3r3k/8/5n2/3p4/8/2N5/3R4/K7 w - - 0 1", "c3d5"), 100 - 305);
 }
 
 TEST(Attacks, QueriesOnAPosition) {
@@ -85,18 +64,18 @@ TEST(Attacks, QueriesOnAPosition) {
 
   EXPECT_TRUE(QueenUnderAttack(FromFen("4k3/8/8/8/1r1Q4/8/8/4K3 w - - 0 1")));
   EXPECT_FALSE(QueenUnderAttack(FromFen("4k3/8/8/8/1q1Q4/8/8/4K3 w - - 0 1")));
-  EXPECT_TRUE(QueenUnderAttack(FromFen("4k3/8/8/8/3Q4/8/8/4K3 b - - 0 1")) == false);
+  EXPECT_FALSE(QueenUnderAttack(FromFen("4k3/8/8/8/3Q4/8/8/4K3 b - - 0 1")));
 }
 
 TEST(IsMovePseudoLegal, StoredWordsFromElsewhere) {
   const Board start;
-  EXPECT_TRUE(IsMovePseudoLegal(start, Find(start, "e2", "e4")));
+  EXPECT_TRUE(IsMovePseudoLegal(start, FindMove(start, "e2e4")));
   EXPECT_FALSE(IsMovePseudoLegal(start, MakeMoveWord(At("d1"), At("d3"), QUEEN)));      // blocked
   EXPECT_FALSE(IsMovePseudoLegal(start, MakeMoveWord(At("e7"), At("e5"), PAWN)));       // not white's
   EXPECT_FALSE(IsMovePseudoLegal(start, MakeMoveWord(At("g1"), At("f3"), BISHOP)));     // wrong type
   EXPECT_FALSE(IsMovePseudoLegal(start, MakeMoveWord(At("g1"), At("f3"), KNIGHT, PAWN)));  // no victim
   EXPECT_FALSE(IsMovePseudoLegal(start, MakeMoveWord(At("e1"), At("g1"), KING)));       // castling blocked
-  EXPECT_FALSE(IsMovePseudoLegal(start, Find(start, "e2", "e4") | (1u << 23)));         // sort bits
+  EXPECT_FALSE(IsMovePseudoLegal(start, FindMove(start, "e2e4") | (1u << 23)));         // sort bits
   Board open = FromFen("r3k2r/8/8/8/8/8/8/R3K2R w Qkq - 0 1");
   EXPECT_FALSE(IsMovePseudoLegal(open, MakeMoveWord(At("e1"), At("g1"), KING)));  // right gone
   EXPECT_TRUE(IsMovePseudoLegal(open, MakeMoveWord(At("e1"), At("c1"), KING)));

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <regex>
 #include <string>
 
@@ -14,6 +15,7 @@ namespace {
 
 using evaluation_test::ForEachNode;
 using evaluation_test::FromFen;
+using evaluation_test::KeptSets;
 using evaluation_test::Mirrored;
 using evaluation_test::WalkStarts;
 
@@ -133,59 +135,72 @@ TEST_F(EvaluateTest, LazyExitsAgreeWithTheFullEvaluation) {
   EXPECT_LE(lazy_misjudgements * 100, lazy_answers) << lazy_misjudgements << " of " << lazy_answers;
 }
 
-TEST_F(EvaluateTest, PawnTableHitsGiveTheSameScoresAsMisses) {
-  for (const auto& start : WalkStarts()) {
-    Board board = FromFen(start.fen);
-    ForEachNode(board, start.depth - 1, [&](const Board& node) {
-      PositionType type = ClassifyPosition(node, NO_POSITION_TYPE);
+// Pawn-rich middlegames, with isolated, doubled, backward and passed pawns on both sides.
+const evaluation_test::WalkStart PAWN_STRUCTURES[] = {
+    {"r1bq1rk1/pp3ppp/2n1pn2/3p4/3P4/2NBPN2/PP3PPP/R2QK2R w KQ - 0 9", 2},
+    {"r2q1rk1/1b2bppp/p2ppn2/1p6/3NPP2/1BN5/PPP3PP/R2Q1RK1 w - - 0 12", 2},
+    {"2r2rk1/pp3ppp/4pn2/q2p4/2PP4/P3PN2/5PPP/R2QR1K1 b - - 0 16", 2},
+    {"r4rk1/5ppp/p1p5/1p1pP3/3P4/2P2N2/P4PPP/R4RK1 w - - 0 20", 2},
+};
+
+// A pawn table hit gives the same score as the miss that stored the entry; in both variants of
+// the full evaluator also the same facts, pawn summary and potentials.
+TEST_F(EvaluateTest, APawnTableHitScoresLikeTheMiss) {
+  record.allow_lazy_exits = false;
+  int compared = 0;
+  auto compare = [&](const Board& node) {
+    const PositionType classified = ClassifyPosition(node, NO_POSITION_TYPE);
+    const bool full = HasFullVariants(classified);
+    for (PositionType type : {classified, PositionType(POSITION_OPENING + POSITION_MIDDLEGAME - classified)}) {
+      if (type != classified && !full) break;
       PawnHashTable.Clear();
       EvaluationHashTable.Clear();
-      int from_miss = ExactEvaluation(record, node, type);
+      int from_miss = Evaluate(record, node, 0, type);
+      EvaluationRecord miss = record;
       EvaluationHashTable.Clear();
-      int from_hit = ExactEvaluation(record, node, type);
-      ASSERT_EQ(from_miss, from_hit) << start.fen;
-      if (type != POSITION_MATING) {
-        ASSERT_NE(PawnHashTable.Probe(node.PawnKey(), type), nullptr);
-        ASSERT_EQ(record.pawn_summary.from_hash, 1);
+      ASSERT_EQ(Evaluate(record, node, 0, type), from_miss) << ZephrinInterfaces::BoardToFen(node, 1) << " type " << type;
+      ++compared;
+      if (type == POSITION_MATING) continue;
+      ASSERT_NE(PawnHashTable.Probe(node.PawnKey(), type), nullptr);
+      ASSERT_EQ(record.pawn_summary.from_hash, 1);
+      if (!full) continue;
+      ASSERT_EQ(record.pawn_summary.positional, miss.pawn_summary.positional);
+      ASSERT_EQ(record.pawn_summary.dynamic, miss.pawn_summary.dynamic);
+      ASSERT_EQ(record.endgame_term, miss.endgame_term);
+      ASSERT_EQ(record.rammed, miss.rammed);
+      ASSERT_EQ(record.openness, miss.openness);
+      for (int wing = 0; wing < 2; ++wing) ASSERT_EQ(record.majority[wing].owner, miss.majority[wing].owner);
+      for (Color c : {WHITE, BLACK}) {
+        ASSERT_EQ(KeptSets(record.pawns[c]), KeptSets(miss.pawns[c]));
+        ASSERT_EQ(record.side_facts[c].attacks, miss.side_facts[c].attacks);
       }
-    });
+      ASSERT_EQ(std::memcmp(record.potential, miss.potential, sizeof record.potential), 0);
+    }
+  };
+  for (const auto& start : PAWN_STRUCTURES) {
+    Board board = FromFen(start.fen);
+    ForEachNode(board, start.depth, compare);
   }
+  for (const auto& start : WalkStarts()) {
+    Board board = FromFen(start.fen);
+    ForEachNode(board, start.depth - 1, compare);
+  }
+  EXPECT_GT(compared, 5000);
 }
 
-TEST_F(EvaluateTest, TheEvaluationTableAnswersRepeatedPositions) {
-  Board board = FromFen("r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1");
-  PositionType type = ClassifyPosition(board, NO_POSITION_TYPE);
-  int exact = ExactEvaluation(record, board, type);
-  EXPECT_NE(EvaluationHashTable.Probe(board.Key(), exact), EVALUATION_PROBE_MISS);
-
-  // The record isn't touched when the table answers.
-  record.openness = 999;
-  record.endgame_term = -999;
-  EXPECT_EQ(Evaluate(record, board, exact + 1000, type), exact + 999);
-  EXPECT_EQ(Evaluate(record, board, exact - 1000, type), exact - 1000);
-  EXPECT_EQ(Evaluate(record, board, exact, type), exact);
-  EXPECT_EQ(Evaluate(record, board, exact + 1, type), exact);
-  EXPECT_EQ(record.openness, 999);
-  EXPECT_EQ(record.endgame_term, -999);
-
-  // The same value from a filled table and from an empty one.
-  EXPECT_EQ(ExactEvaluation(record, board, type), exact);
-  EvaluationHashTable.Clear();
-  PawnHashTable.Clear();
-  EXPECT_EQ(ExactEvaluation(record, board, type), exact);
-}
-
-TEST_F(EvaluateTest, ALazyExitLeavesBothTablesUnchanged) {
+// A lazy exit leaves both tables unchanged; a full answer fills them, and the evaluation table
+// then answers the position without touching the record.
+TEST_F(EvaluateTest, TheTablesLearnOnlyFullAnswers) {
   Board board = FromFen("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1");
   PositionType type = ClassifyPosition(board, NO_POSITION_TYPE);
-  int free_pawn_slots = int(PawnHashTable.FreeSlotCount());
-  int free_evaluation_slots = int(EvaluationHashTable.FreeSlotCount());
+  const std::uint64_t free_pawn_slots = PawnHashTable.FreeSlotCount();
+  const std::uint64_t free_evaluation_slots = EvaluationHashTable.FreeSlotCount();
   EXPECT_EQ(Evaluate(record, board, 3000, type), 2999);
   EXPECT_TRUE(record.lazy);
   EXPECT_EQ(Evaluate(record, board, -3000, type), -3000);
   EXPECT_TRUE(record.lazy);
-  EXPECT_EQ(int(PawnHashTable.FreeSlotCount()), free_pawn_slots);
-  EXPECT_EQ(int(EvaluationHashTable.FreeSlotCount()), free_evaluation_slots);
+  EXPECT_EQ(PawnHashTable.FreeSlotCount(), free_pawn_slots);
+  EXPECT_EQ(EvaluationHashTable.FreeSlotCount(), free_evaluation_slots);
 
   // A bound near the score is answered in full, and both tables learn the position.
   int exact = ExactWithoutLazyExits(board, type);
@@ -194,6 +209,25 @@ TEST_F(EvaluateTest, ALazyExitLeavesBothTablesUnchanged) {
   EXPECT_NE(PawnHashTable.Probe(board.PawnKey(), type), nullptr);
   EXPECT_EQ(EvaluationHashTable.Probe(board.Key(), exact), EVALUATION_PROBE_AT_LEAST_BOUND);
   EXPECT_EQ(EvaluationHashTable.Probe(board.Key(), exact + 1), EVALUATION_PROBE_BELOW_BOUND);
+
+  // A sharper position, stored by the bisection of ExactEvaluation, answered from the table.
+  board = FromFen("r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1");
+  type = ClassifyPosition(board, NO_POSITION_TYPE);
+  exact = ExactEvaluation(record, board, type);
+  EXPECT_NE(EvaluationHashTable.Probe(board.Key(), exact), EVALUATION_PROBE_MISS);
+  record.openness = 999;
+  record.endgame_term = -999;
+  EXPECT_EQ(Evaluate(record, board, exact + 1000, type), exact + 999);
+  EXPECT_EQ(Evaluate(record, board, exact - 1000, type), exact - 1000);
+  EXPECT_EQ(Evaluate(record, board, exact, type), exact);
+  EXPECT_EQ(Evaluate(record, board, exact + 1, type), exact);
+  EXPECT_EQ(record.openness, 999);
+  EXPECT_EQ(record.endgame_term, -999);
+  // The same value from a filled table and from an empty one.
+  EXPECT_EQ(ExactEvaluation(record, board, type), exact);
+  EvaluationHashTable.Clear();
+  PawnHashTable.Clear();
+  EXPECT_EQ(ExactEvaluation(record, board, type), exact);
 }
 
 TEST_F(EvaluateTest, TheMatingTypeUsesNeitherTableNorRecord) {

@@ -1,6 +1,7 @@
 // Positions and walks shared by the evaluation tests.
 #pragma once
 
+#include <array>
 #include <functional>
 #include <stdexcept>
 #include <string>
@@ -8,6 +9,8 @@
 
 #include "board/board.h"
 #include "board/move_generator.h"
+#include "evaluation/evaluation_record.h"
+#include "evaluation/pawn_facts.h"
 #include "interfaces/fen.h"
 
 namespace evaluation_test {
@@ -16,6 +19,33 @@ inline Board FromFen(const std::string& fen) {
   Board board;
   ZephrinInterfaces::ReadFen(fen, board);
   return board;
+}
+
+// A cleared record with the pawn lists and the passed pawns, as every evaluator starts.
+inline EvaluationRecord PassedOf(const Board& board) {
+  EvaluationRecord record{};
+  ClearEvaluationRecord(record);
+  BuildPawnSquares(record, board);
+  FindPassedPawns(record, board);
+  return record;
+}
+
+// The record with every fact the terms read computed, as the evaluators have it on a pawn table
+// miss before the pawn structure is scored.
+inline EvaluationRecord FactsOf(const Board& board) {
+  EvaluationRecord record = PassedOf(board);
+  ComputeFileSets(record, board);
+  SetBishopPairs(record, board);
+  StartSideFacts(record, board);
+  ComputePawnFacts(record, board);
+  return record;
+}
+
+// The sets of one colour's pawn facts that a pawn table hit restores or recomputes.
+inline std::array<Bitboard, 14> KeptSets(const PawnFacts& f) {
+  return {f.passed,   f.attacks,  f.attacked_once, f.attacked_twice, f.attack_majority,
+          f.defended, f.blocked,  f.restrained,    f.duos,           f.doubled,
+          f.safe_advance, f.isolated, f.backward,  f.backward_weak};
 }
 
 // The colour-flipped mirror: the board turned over rank by rank, colours, side to move, castling

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "board/bitboard.h"
-#include "frame/string_conversions.h"
+#include "evaluation/side_view.h"
 #include "evaluation_test_support.h"
 
 namespace {
@@ -13,24 +13,18 @@ using evaluation_test::FromFen;
 // White pawns a2 b3 c4 d4 g2 h2, Black pawns a7 b7 d5 f6 g7 h7.
 const char* const FEN = "4k3/pp4pp/5p2/3p4/2PP4/1P6/P5PP/4K3 w - - 0 1";
 
-Bitboard Squares(std::initializer_list<const char*> names) {
-  Bitboard set = 0;
-  for (const char* name : names) set |= SquareBit(*ParseSquare(name));
-  return set;
-}
-
 EvaluationRecord FilledRecord() {
   EvaluationRecord record{};
-  record.pawns[WHITE].passed = Squares({"c4"});
-  record.pawns[BLACK].passed = Squares({"a7", "b7"});
-  record.pawns[WHITE].isolated = Squares({"a2"});
-  record.pawns[BLACK].isolated = Squares({"d5", "f6"});
-  record.pawns[WHITE].backward = Squares({"b3"});
-  record.pawns[BLACK].backward = Squares({"g7"});
-  record.pawns[WHITE].backward_weak = Squares({"b3"});
+  record.pawns[WHITE].passed = SquareSet({"c4"});
+  record.pawns[BLACK].passed = SquareSet({"a7", "b7"});
+  record.pawns[WHITE].isolated = SquareSet({"a2"});
+  record.pawns[BLACK].isolated = SquareSet({"d5", "f6"});
+  record.pawns[WHITE].backward = SquareSet({"b3"});
+  record.pawns[BLACK].backward = SquareSet({"g7"});
+  record.pawns[WHITE].backward_weak = SquareSet({"b3"});
   record.pawns[BLACK].backward_weak = 0;
-  record.pawns[WHITE].safe_advance = Squares({"c5", "g3", "g4", "h3"});
-  record.pawns[BLACK].safe_advance = Squares({"a6", "a5", "h6"});
+  record.pawns[WHITE].safe_advance = SquareSet({"c5", "g3", "g4", "h3"});
+  record.pawns[BLACK].safe_advance = SquareSet({"a6", "a5", "h6"});
   record.majority[0] = {1, 4, 3};
   record.majority[1] = {2, 3, 2};
   record.openness = 13;
@@ -65,42 +59,31 @@ void ExpectSameFacts(const EvaluationRecord& restored, const EvaluationRecord& o
   EXPECT_EQ(restored.pawn_summary.from_hash, 1);
 }
 
-TEST(PawnHashEntry, FullEntriesKeepThePairAndThePotentials) {
+// The full evaluator's entries keep the pair and the potentials, the others the simple value.
+TEST(PawnHashEntry, EntriesKeepWhatTheirTypeNeeds) {
   Board board = FromFen(FEN);
   EvaluationRecord original = FilledRecord();
-  for (PositionType type : {POSITION_OPENING, POSITION_MIDDLEGAME}) {
+  for (PositionType type = POSITION_OPENING; type <= POSITION_OTHER_ENDGAME; ++type) {
+    if (type == POSITION_MATING) continue;
+    SCOPED_TRACE(type);
+    const bool full = type == POSITION_OPENING || type == POSITION_MIDDLEGAME;
     PAWN_HASH_ENTRY entry = ConstructPawnHashEntry(original, board, type);
     EXPECT_EQ(entry.key, board.PawnKey());
     EXPECT_EQ(entry.position_type, type);
     EvaluationRecord restored{};
     RestorePawnHashEntry(entry, restored, board);
     ExpectSameFacts(restored, original);
-    EXPECT_EQ(restored.pawn_summary.positional, -321);
-    EXPECT_EQ(restored.pawn_summary.dynamic, 123);
-    EXPECT_EQ(restored.pawn_summary.simple, 0);
+    const PawnSummary& summary = restored.pawn_summary;
+    EXPECT_EQ(summary.positional, full ? -321 : 0);
+    EXPECT_EQ(summary.dynamic, full ? 123 : 0);
+    EXPECT_EQ(summary.simple, full ? 0 : -77);
     for (int c = 0; c < 2; ++c) {
       for (int w = 0; w < 3; ++w) {
         for (int k = 0; k < 2; ++k) {
-          EXPECT_EQ(restored.pawn_summary.potential[c][w][k], original.pawn_summary.potential[c][w][k])
-              << c << w << k;
+          EXPECT_EQ(summary.potential[c][w][k], full ? original.pawn_summary.potential[c][w][k] : 0) << c << w << k;
         }
       }
     }
-  }
-}
-
-TEST(PawnHashEntry, ShortEntriesKeepTheSimpleValue) {
-  Board board = FromFen(FEN);
-  EvaluationRecord original = FilledRecord();
-  for (PositionType type = POSITION_EQUAL_PIECES; type <= POSITION_OTHER_ENDGAME; ++type) {
-    if (type == POSITION_MATING) continue;
-    EvaluationRecord restored{};
-    RestorePawnHashEntry(ConstructPawnHashEntry(original, board, type), restored, board);
-    ExpectSameFacts(restored, original);
-    EXPECT_EQ(restored.pawn_summary.simple, -77);
-    EXPECT_EQ(restored.pawn_summary.positional, 0);
-    EXPECT_EQ(restored.pawn_summary.dynamic, 0);
-    EXPECT_EQ(restored.pawn_summary.potential[WHITE][0][POTENTIAL_ATTACK], 0);
   }
 }
 

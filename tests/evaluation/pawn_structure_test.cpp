@@ -3,61 +3,29 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cstring>
 #include <initializer_list>
+#include <string>
+#include <utility>
 
 #include "board/bitboard.h"
-#include "evaluation/evaluation.h"
+#include "evaluation/passed_pawns.h"
+#include "evaluation/side_view.h"
 #include "evaluation_test_support.h"
-#include "frame/string_conversions.h"
-#include "hash/hash.h"
 
 namespace {
 
+using evaluation_test::FactsOf;
 using evaluation_test::ForEachNode;
 using evaluation_test::FromFen;
+using evaluation_test::KeptSets;
 using evaluation_test::Mirrored;
 using evaluation_test::WalkStarts;
 
-Bitboard Squares(std::initializer_list<const char*> names) {
-  Bitboard set = 0;
-  for (const char* name : names) set |= SquareBit(*ParseSquare(name));
-  return set;
-}
-
-Bitboard Flipped(Bitboard b) { return __builtin_bswap64(b); }
-
-// The record as the evaluators prepare it on a pawn table miss, with the facts computed.
-EvaluationRecord FactsOf(const Board& board) {
-  EvaluationRecord record{};
-  ClearEvaluationRecord(record);
-  BuildPawnSquares(record, board);
-  FindPassedPawns(record, board);
-  ComputeFileSets(record, board);
-  StartSideFacts(record, board);
-  ComputePawnFacts(record, board);
-  return record;
-}
-
-// The leading passed pawn of each file, as the passed pawn term marks them before the structure
-// is scored: the highest for White, the lowest for Black.
-void MarkPassedFronts(EvaluationRecord& record) {
-  for (Color c : {WHITE, BLACK}) {
-    PawnFacts& facts = record.pawns[c];
-    for (int file = 0; file < 8; ++file) {
-      Bitboard on_file = facts.passed & FileMask(file);
-      if (on_file == 0) continue;
-      Square front = c == WHITE ? LastBit(on_file) : FirstBit(on_file);
-      facts.passed_front |= SquareBit(front);
-      facts.passed_front_rank[file] = std::uint16_t(RankOf(front));
-    }
-  }
-}
-
-// The record after the pawn structure of the middlegame variant was scored.
+// The record after the pawn structure of the middlegame variant was scored, the leading passers
+// marked first as the passed pawn term does.
 EvaluationRecord StructureOf(const Board& board) {
   EvaluationRecord record = FactsOf(board);
-  MarkPassedFronts(record);
+  FindPassedFronts(record);
   EvaluatePawnStructure(record, board, MIDDLEGAME_PAWN_POSITIONAL, MIDDLEGAME_PAWN_DYNAMIC);
   return record;
 }
@@ -81,26 +49,19 @@ void ExpectSummary(const char* fen, int positional, int dynamic,
   }
   for (Color c : {WHITE, BLACK}) {
     for (int wing = 0; wing < WING_COUNT; ++wing) {
-      EXPECT_EQ(summary.potential[c][wing][POTENTIAL_ATTACK], expected[c][wing][POTENTIAL_ATTACK])
-          << fen << " colour " << c << " wing " << wing;
-      EXPECT_EQ(summary.potential[c][wing][POTENTIAL_DEFENCE], expected[c][wing][POTENTIAL_DEFENCE])
-          << fen << " colour " << c << " wing " << wing;
+      for (int kind : {POTENTIAL_ATTACK, POTENTIAL_DEFENCE}) {
+        EXPECT_EQ(summary.potential[c][wing][kind], expected[c][wing][kind])
+            << fen << " colour " << c << " wing " << wing << " kind " << kind;
+      }
     }
   }
-}
-
-// The sets of one colour's facts that a pawn table hit restores or recomputes.
-std::array<Bitboard, 14> KeptSets(const PawnFacts& f) {
-  return {f.passed,   f.attacks,  f.attacked_once, f.attacked_twice, f.attack_majority,
-          f.defended, f.blocked,  f.restrained,    f.duos,           f.doubled,
-          f.safe_advance, f.isolated, f.backward,  f.backward_weak};
 }
 
 TEST(PawnFacts, StartPosition) {
   EvaluationRecord record = FactsOf(Board());
   const PawnFacts& white = record.pawns[WHITE];
-  EXPECT_EQ(white.attacked_once, Squares({"a3", "h3"}));
-  EXPECT_EQ(white.attacked_twice, RankMask(2) & ~Squares({"a3", "h3"}));
+  EXPECT_EQ(white.attacked_once, SquareSet({"a3", "h3"}));
+  EXPECT_EQ(white.attacked_twice, RankMask(2) & ~SquareSet({"a3", "h3"}));
   EXPECT_EQ(white.attack_majority, RankMask(2));
   EXPECT_EQ(white.duos, RankMask(1));
   EXPECT_EQ(white.defended | white.blocked | white.doubled | white.isolated | white.backward, 0u);
@@ -118,23 +79,23 @@ TEST(PawnFacts, BlockedRestrainedAndRammedPawns) {
   EvaluationRecord record = FactsOf(board);
   const PawnFacts& white = record.pawns[WHITE];
   const PawnFacts& black = record.pawns[BLACK];
-  EXPECT_EQ(white.blocked, Squares({"b3", "d4", "e4", "e5", "g2"}));
-  EXPECT_EQ(black.blocked, Squares({"b4", "d5", "e6"}));
+  EXPECT_EQ(white.blocked, SquareSet({"b3", "d4", "e4", "e5", "g2"}));
+  EXPECT_EQ(black.blocked, SquareSet({"b4", "d5", "e6"}));
   // a2's stop square a3 is attacked by b4.
-  EXPECT_EQ(white.restrained, white.blocked | Squares({"a2"}));
+  EXPECT_EQ(white.restrained, white.blocked | SquareSet({"a2"}));
   // g6's stop square g5 is free and unattacked; h7's h6 likewise.
   EXPECT_EQ(black.restrained, black.blocked);
   // Both pawns of a white-black ram, and a white pawn behind a white pawn; the knight holds g2 but
   // doesn't ram it.
-  EXPECT_EQ(record.rammed, Squares({"b3", "b4", "d4", "d5", "e4", "e5", "e6"}));
-  EXPECT_EQ(white.doubled, Squares({"e4", "e5"}));
+  EXPECT_EQ(record.rammed, SquareSet({"b3", "b4", "d4", "d5", "e4", "e5", "e6"}));
+  EXPECT_EQ(white.doubled, SquareSet({"e4", "e5"}));
   EXPECT_EQ(white.file_counts[4], 2);
-  EXPECT_EQ(white.defended, Squares({"b3", "e5"}));
-  EXPECT_EQ(black.defended, Squares({"d5", "g6"}));
-  EXPECT_EQ(white.duos, Squares({"d4", "e4"}));
+  EXPECT_EQ(white.defended, SquareSet({"b3", "e5"}));
+  EXPECT_EQ(black.defended, SquareSet({"d5", "g6"}));
+  EXPECT_EQ(white.duos, SquareSet({"d4", "e4"}));
   EXPECT_EQ(black.duos, 0u);
-  EXPECT_EQ(white.isolated, Squares({"g2"}));
-  EXPECT_EQ(black.isolated, Squares({"b4"}));
+  EXPECT_EQ(white.isolated, SquareSet({"g2"}));
+  EXPECT_EQ(black.isolated, SquareSet({"b4"}));
   // Two free files each, none free of both; 11 pawns, 5 central, 7 rammed of which 5 central.
   EXPECT_EQ(record.openness, 1);
 }
@@ -144,54 +105,51 @@ TEST(PawnFacts, SafeAdvanceAndBackwardPawns) {
   // Black's pawns face the same on d5 and f5, and are still on their third rank: weak.
   EvaluationRecord record = FactsOf(FromFen("4k3/8/3p1p2/8/4P3/8/8/4K3 w - - 0 1"));
   EXPECT_EQ(record.pawns[WHITE].safe_advance, 0u);
-  EXPECT_EQ(record.pawns[WHITE].backward, Squares({"e4"}));
+  EXPECT_EQ(record.pawns[WHITE].backward, SquareSet({"e4"}));
   EXPECT_EQ(record.pawns[WHITE].backward_weak, 0u);
   EXPECT_EQ(record.pawns[BLACK].safe_advance, 0u);
-  EXPECT_EQ(record.pawns[BLACK].backward, Squares({"d6", "f6"}));
-  EXPECT_EQ(record.pawns[BLACK].backward_weak, Squares({"d6", "f6"}));
+  EXPECT_EQ(record.pawns[BLACK].backward, SquareSet({"d6", "f6"}));
+  EXPECT_EQ(record.pawns[BLACK].backward_weak, SquareSet({"d6", "f6"}));
 
   // d2 may step to d3, where it would be backward against c5 and e5: the flag goes on d2.
   record = FactsOf(FromFen("4k3/8/8/2p1p3/8/8/3P4/4K3 w - - 0 1"));
-  EXPECT_EQ(record.pawns[WHITE].safe_advance, Squares({"d3"}));
-  EXPECT_EQ(record.pawns[WHITE].backward, Squares({"d2"}));
-  EXPECT_EQ(record.pawns[WHITE].backward_weak, Squares({"d2"}));
+  EXPECT_EQ(record.pawns[WHITE].safe_advance, SquareSet({"d3"}));
+  EXPECT_EQ(record.pawns[WHITE].backward, SquareSet({"d2"}));
+  EXPECT_EQ(record.pawns[WHITE].backward_weak, SquareSet({"d2"}));
   EXPECT_EQ(record.pawns[BLACK].backward, 0u);
 
   // With c2 beside it, c2 can guard d3 from where it stands, and c2 itself walks to c4.
   record = FactsOf(FromFen("4k3/8/8/2p1p3/8/8/2PP4/4K3 w - - 0 1"));
-  EXPECT_EQ(record.pawns[WHITE].safe_advance, Squares({"c3", "c4", "d3"}));
+  EXPECT_EQ(record.pawns[WHITE].safe_advance, SquareSet({"c3", "c4", "d3"}));
   EXPECT_EQ(record.pawns[WHITE].backward, 0u);
 
   // A pawn on its third rank held by two enemy pawns is weak.
   record = FactsOf(FromFen("4k3/8/8/1p1p4/8/2P5/8/4K3 w - - 0 1"));
-  EXPECT_EQ(record.pawns[WHITE].backward, Squares({"c3"}));
-  EXPECT_EQ(record.pawns[WHITE].backward_weak, Squares({"c3"}));
+  EXPECT_EQ(record.pawns[WHITE].backward, SquareSet({"c3"}));
+  EXPECT_EQ(record.pawns[WHITE].backward_weak, SquareSet({"c3"}));
+}
+
+// Owner (0 none, 1 White, 2 Black), owner's files and the other side's pawns, per wing.
+std::string Majorities(const EvaluationRecord& record) {
+  std::string text;
+  for (const WingMajority& m : record.majority) {
+    text += std::to_string(m.owner) + " " + std::to_string(m.owner_files) + " " + std::to_string(m.other_pawns) + ";";
+  }
+  return text;
 }
 
 TEST(PawnFacts, WingMajorities) {
-  struct Case {
-    const char* fen;
-    WingMajority queenside, kingside;
-  };
-  const Case cases[] = {
+  const std::pair<const char*, const char*> rows[] = {
       // Three files against two pawns and nothing on the c-file.
-      {"4k3/pp6/8/8/8/8/PPP5/4K3 w - - 0 1", {1, 3, 2}, {0, 0, 0}},
+      {"4k3/pp6/8/8/8/8/PPP5/4K3 w - - 0 1", "1 3 2;0 0 0;"},
       // Without black pawns a single file is a majority at once, on b and on g.
-      {"4k3/8/8/8/8/8/1P4PP/4K3 w - - 0 1", {1, 1, 0}, {1, 2, 0}},
+      {"4k3/8/8/8/8/8/1P4PP/4K3 w - - 0 1", "1 1 0;1 2 0;"},
       // The next file's pawns count against the majority: Black's f7 holds White off on g.
-      {"4k3/5ppp/8/8/8/8/6PP/4K3 w - - 0 1", {0, 0, 0}, {2, 3, 2}},
+      {"4k3/5ppp/8/8/8/8/6PP/4K3 w - - 0 1", "0 0 0;2 3 2;"},
       // Four files against three pawns, a pawn of the fifth file counted too.
-      {"4k3/pp1p4/8/8/8/8/PPPP4/4K3 w - - 0 1", {1, 4, 3}, {0, 0, 0}},
+      {"4k3/pp1p4/8/8/8/8/PPPP4/4K3 w - - 0 1", "1 4 3;0 0 0;"},
   };
-  for (const Case& c : cases) {
-    EvaluationRecord record = FactsOf(FromFen(c.fen));
-    const WingMajority* expected[2] = {&c.queenside, &c.kingside};
-    for (int wing = 0; wing < 2; ++wing) {
-      EXPECT_EQ(record.majority[wing].owner, expected[wing]->owner) << c.fen << " wing " << wing;
-      EXPECT_EQ(record.majority[wing].owner_files, expected[wing]->owner_files) << c.fen;
-      EXPECT_EQ(record.majority[wing].other_pawns, expected[wing]->other_pawns) << c.fen;
-    }
-  }
+  for (const auto& [fen, expected] : rows) EXPECT_EQ(Majorities(FactsOf(FromFen(fen))), expected) << fen;
 }
 
 TEST(PawnFacts, Openness) {
@@ -206,32 +164,8 @@ TEST(PawnFacts, Openness) {
   EXPECT_EQ(FactsOf(FromFen("4k3/1p1p1p1p/8/8/8/8/P1P1P1P1/4K3 w - - 0 1")).openness, 11);
 }
 
-// The facts of a position and of its mirror are the same with the colours exchanged.
-TEST(PawnFacts, MirrorGivesTheMirroredFacts) {
-  for (const auto& start : WalkStarts()) {
-    Board board = FromFen(start.fen);
-    ForEachNode(board, start.depth - 1, [&](const Board& node) {
-      EvaluationRecord a = FactsOf(node);
-      EvaluationRecord b = FactsOf(Mirrored(node));
-      ASSERT_EQ(a.rammed, Flipped(b.rammed));
-      ASSERT_EQ(a.openness, b.openness);
-      for (int wing = 0; wing < 2; ++wing) {
-        ASSERT_EQ(a.majority[wing].owner, (3 - b.majority[wing].owner) % 3);
-        ASSERT_EQ(a.majority[wing].owner_files, b.majority[wing].owner_files);
-        ASSERT_EQ(a.majority[wing].other_pawns, b.majority[wing].other_pawns);
-      }
-      for (Color c : {WHITE, BLACK}) {
-        std::array<Bitboard, 14> flipped = KeptSets(b.pawns[c ^ 1]);
-        for (Bitboard& set : flipped) set = Flipped(set);
-        ASSERT_EQ(KeptSets(a.pawns[c]), flipped) << start.fen;
-        ASSERT_EQ(a.pawns[c].advance_attacks, Flipped(b.pawns[c ^ 1].advance_attacks));
-      }
-    });
-  }
-}
-
 // Each position is worked out by hand, term by term, with the middlegame tables.
-TEST(PawnStructure, DoubledAndIsolatedPawns) {
+TEST(PawnStructure, HandWorkedPositions) {
   // a2 a3, both passed: the tables (-15/-25, -14/-25), the doubled isolated pair with nothing ahead
   // (-50/-30), and the queenside majority (18/10). PawnIsolated is not called for them.
   ExpectSummary("4k3/8/8/8/8/P7/P7/4K3 w - - 0 1", -61, -70, {{WHITE, WING_QUEENSIDE, 0, -10}});
@@ -239,23 +173,14 @@ TEST(PawnStructure, DoubledAndIsolatedPawns) {
   // c6 is isolated (14/4 with d = 2); d4 is White's, Black can come to attack it (2/4).
   ExpectSummary("4k3/8/2p5/8/2P5/2P5/2P5/4K3 w - - 0 1", -69, -76,
                 {{WHITE, WING_CENTRE, 2, -8}, {BLACK, WING_CENTRE, 0, -2}});
-}
-
-TEST(PawnStructure, BackwardPawnsAndTheCentre) {
   // e4 backward but not weak (10/5) and isolated (18/6); d6 and f6 weak backward (15/12 each) and
   // isolated; White holds d5 and Black e5 for good (4/12 each).
   ExpectSummary("4k3/8/3p1p2/8/4P3/8/8/4K3 w - - 0 1", 41, 50,
                 {{WHITE, WING_CENTRE, 5, -7}, {BLACK, WING_CENTRE, 0, -24}});
-}
-
-TEST(PawnStructure, IsolatedQueenPawnFile) {
   // d4 against c6: backward, isolated, and an isolated queen's pawn facing c6 (-10/9, attack 6);
   // c6 weak backward and isolated; each side holds one centre square; White has the d-pawn.
   ExpectSummary("4k3/8/2p5/8/3P4/8/8/4K3 w - - 0 1", 12, 49,
                 {{WHITE, WING_CENTRE, 12, -17}, {BLACK, WING_CENTRE, 3, -9}});
-}
-
-TEST(PawnStructure, ConnectedPassersChainsAndMajorities) {
   // a2 b3 c4, all passed. The walk over the files pairs b with a (9 * 16/11 / 8) and then skips
   // to d, so c and b are not paired. b3 and c4 are guarded by sound bases (3/0 each). Each side
   // has a majority (18/10), of passed pawns only, h7 is isolated (18/6), and White holds d5.
@@ -266,24 +191,36 @@ TEST(PawnStructure, ConnectedPassersChainsAndMajorities) {
                  {BLACK, WING_KINGSIDE, 2, -4}});
 }
 
-// The pawn structure of a position and of its mirror are the same with the colours exchanged.
-TEST(PawnStructure, MirrorNegatesThePairAndExchangesThePotentials) {
+// The facts and the pawn structure of a position and of its mirror are the same with the colours
+// exchanged, the pair negated.
+TEST(PawnStructure, MirrorGivesTheMirroredFactsAndNegatedPair) {
   int scored = 0;
   for (const auto& start : WalkStarts()) {
     Board board = FromFen(start.fen);
     ForEachNode(board, start.depth - 1, [&](const Board& node) {
-      PawnSummary a = StructureOf(node).pawn_summary;
-      PawnSummary b = StructureOf(Mirrored(node)).pawn_summary;
-      ASSERT_EQ(a.positional, -b.positional) << start.fen;
-      ASSERT_EQ(a.dynamic, -b.dynamic) << start.fen;
+      EvaluationRecord a = StructureOf(node);
+      EvaluationRecord b = StructureOf(Mirrored(node));
+      ASSERT_EQ(a.rammed, FlipRanks(b.rammed)) << start.fen;
+      ASSERT_EQ(a.openness, b.openness) << start.fen;
+      for (int wing = 0; wing < 2; ++wing) {
+        ASSERT_EQ(a.majority[wing].owner, (3 - b.majority[wing].owner) % 3);
+        ASSERT_EQ(a.majority[wing].owner_files, b.majority[wing].owner_files);
+        ASSERT_EQ(a.majority[wing].other_pawns, b.majority[wing].other_pawns);
+      }
+      ASSERT_EQ(a.pawn_summary.positional, -b.pawn_summary.positional) << start.fen;
+      ASSERT_EQ(a.pawn_summary.dynamic, -b.pawn_summary.dynamic) << start.fen;
       for (Color c : {WHITE, BLACK}) {
+        std::array<Bitboard, 14> flipped = KeptSets(b.pawns[c ^ 1]);
+        for (Bitboard& set : flipped) set = FlipRanks(set);
+        ASSERT_EQ(KeptSets(a.pawns[c]), flipped) << start.fen;
+        ASSERT_EQ(a.pawns[c].advance_attacks, FlipRanks(b.pawns[c ^ 1].advance_attacks));
         for (int wing = 0; wing < WING_COUNT; ++wing) {
           for (int kind : {POTENTIAL_ATTACK, POTENTIAL_DEFENCE}) {
-            ASSERT_EQ(a.potential[c][wing][kind], b.potential[c ^ 1][wing][kind]) << start.fen;
+            ASSERT_EQ(a.pawn_summary.potential[c][wing][kind], b.pawn_summary.potential[c ^ 1][wing][kind]);
           }
         }
       }
-      scored += a.positional != 0 || a.dynamic != 0;
+      scored += a.pawn_summary.positional != 0 || a.pawn_summary.dynamic != 0;
     });
   }
   EXPECT_GT(scored, 100);
@@ -297,11 +234,10 @@ struct Extras {
 Extras ExtrasOf(const char* fen) {
   Board board = FromFen(fen);
   Extras extras{ScorePair(), FactsOf(board)};
-  MarkPassedFronts(extras.record);
+  FindPassedFronts(extras.record);
   extras.pair = EvaluatePawnExtras(extras.record, board);
   return extras;
 }
-
 TEST(PawnExtras, MajoritiesAgainstTheKing) {
   // The queenside majority far from the black king.
   Extras far = ExtrasOf("6k1/8/8/8/8/8/PP6/4K3 w - - 0 1");
@@ -342,59 +278,6 @@ TEST(PawnExtras, BlockedCentrePawnsAndTheIsolatedQueenPawn) {
   EXPECT_EQ(both.pair, ScorePair());
   EXPECT_EQ(both.record.potential[WHITE][WING_CENTRE][POTENTIAL_DEFENCE], -6);
   EXPECT_EQ(both.record.potential[BLACK][WING_CENTRE][POTENTIAL_DEFENCE], -6);
-}
-
-// Pawn-rich middlegames, with isolated, doubled, backward and passed pawns on both sides.
-const evaluation_test::WalkStart PAWN_STRUCTURES[] = {
-    {"r1bq1rk1/pp3ppp/2n1pn2/3p4/3P4/2NBPN2/PP3PPP/R2QK2R w KQ - 0 9", 2},
-    {"r2q1rk1/1b2bppp/p2ppn2/1p6/3NPP2/1BN5/PPP3PP/R2Q1RK1 w - - 0 12", 2},
-    {"2r2rk1/pp3ppp/4pn2/q2p4/2PP4/P3PN2/5PPP/R2QR1K1 b - - 0 16", 2},
-    {"r4rk1/5ppp/p1p5/1p1pP3/3P4/2P2N2/P4PPP/R4RK1 w - - 0 20", 2},
-};
-
-// A pawn table hit gives the full evaluator the same facts, pawn summary, potentials and score as
-// the miss that stored the entry, in both variants.
-TEST(PawnStructure, APawnTableHitScoresLikeTheMiss) {
-  EvaluationSettings settings;
-  EvaluationRecord record;
-  record.settings = &settings;
-  record.allow_lazy_exits = false;
-  int compared = 0;
-  auto compare = [&](const Board& node) {
-    for (PositionType type : {POSITION_OPENING, POSITION_MIDDLEGAME}) {
-      PawnHashTable.Clear();
-      EvaluationHashTable.Clear();
-      int from_miss = Evaluate(record, node, 0, type);
-      EvaluationRecord miss = record;
-      EvaluationHashTable.Clear();
-      int from_hit = Evaluate(record, node, 0, type);
-      ASSERT_EQ(record.pawn_summary.from_hash, 1);
-      ASSERT_EQ(from_hit, from_miss);
-      ASSERT_EQ(record.pawn_summary.positional, miss.pawn_summary.positional);
-      ASSERT_EQ(record.pawn_summary.dynamic, miss.pawn_summary.dynamic);
-      ASSERT_EQ(record.endgame_term, miss.endgame_term);
-      ASSERT_EQ(record.rammed, miss.rammed);
-      ASSERT_EQ(record.openness, miss.openness);
-      for (int wing = 0; wing < 2; ++wing) ASSERT_EQ(record.majority[wing].owner, miss.majority[wing].owner);
-      for (Color c : {WHITE, BLACK}) {
-        ASSERT_EQ(KeptSets(record.pawns[c]), KeptSets(miss.pawns[c]));
-        ASSERT_EQ(record.side_facts[c].attacks, miss.side_facts[c].attacks);
-      }
-      ASSERT_EQ(std::memcmp(record.potential, miss.potential, sizeof record.potential), 0);
-      ++compared;
-    }
-  };
-  for (const auto& start : PAWN_STRUCTURES) {
-    Board board = FromFen(start.fen);
-    ForEachNode(board, start.depth, compare);
-  }
-  for (const auto& start : WalkStarts()) {
-    Board board = FromFen(start.fen);
-    ForEachNode(board, start.depth - 1, compare);
-  }
-  EXPECT_GT(compared, 5000);
-  PawnHashTable.Clear();
-  EvaluationHashTable.Clear();
 }
 
 }  // namespace

@@ -22,36 +22,56 @@ using evaluation_test::WalkStarts;
 constexpr EvaluationVariant OPENING = EvaluationVariant::OPENING;
 constexpr EvaluationVariant MIDDLEGAME = EvaluationVariant::MIDDLEGAME;
 
-Bitboard PawnAttackSet(const Board& board, Color colour) {
-  Bitboard attacks = 0;
-  for (Bitboard pawns = board.sides[colour].pawns; pawns != 0;) {
-    attacks |= Tables.pawn_attacks[colour][PopFirstBit(pawns)];
-  }
-  return attacks;
-}
-
 // The record as the full evaluator has it when the piece terms start. The openness is fixed, so
 // that the expected values don't depend on the pawn structure code.
 EvaluationRecord Prepare(const Board& board, int openness = 8) {
-  EvaluationRecord record;
-  ClearEvaluationRecord(record);
-  BuildPawnSquares(record, board);
-  FindPassedPawns(record, board);
-  ComputeFileSets(record, board);
-  SetBishopPairs(record, board);
-  StartSideFacts(record, board);
-  ComputePawnFacts(record, board);
+  EvaluationRecord record = evaluation_test::FactsOf(board);
   record.openness = std::uint16_t(openness);
-  for (Color c : {WHITE, BLACK}) record.pawns[c].attacks = PawnAttackSet(board, c);
   return record;
 }
 
-int Attack(const EvaluationRecord& record, Color c, int wing) {
-  return record.potential[c][wing][POTENTIAL_ATTACK];
+int Attack(const EvaluationRecord& record, Color c, int wing) { return record.potential[c][wing][POTENTIAL_ATTACK]; }
+int Defence(const EvaluationRecord& record, Color c, int wing) { return record.potential[c][wing][POTENTIAL_DEFENCE]; }
+
+// One potential that a term is expected to leave.
+struct Potential {
+  Color colour;
+  int wing;
+  int kind;  // ATTACK or DEFENCE
+  int value;
+};
+constexpr int ATTACK = POTENTIAL_ATTACK;
+constexpr int DEFENCE = POTENTIAL_DEFENCE;
+
+using Term = std::function<ScorePair(EvaluationRecord&, const Board&)>;
+
+// Runs a term on the prepared position, after `setup` if one is given, and checks its pair and the
+// listed potentials. Returns the record for further checks.
+EvaluationRecord ExpectTerm(const Term& term, const char* fen, ScorePair expected,
+                            std::initializer_list<Potential> potentials,
+                            const std::function<void(EvaluationRecord&)>& setup = {}) {
+  Board board = FromFen(fen);
+  EvaluationRecord record = Prepare(board);
+  if (setup) setup(record);
+  const ScorePair pair = term(record, board);
+  EXPECT_EQ(pair, expected) << fen << ": " << pair.Positional() << "/" << pair.Dynamic();
+  for (const Potential& p : potentials) {
+    EXPECT_EQ(record.potential[p.colour][p.wing][p.kind], p.value)
+        << fen << " colour " << p.colour << " wing " << p.wing << " kind " << p.kind;
+  }
+  return record;
 }
-int Defence(const EvaluationRecord& record, Color c, int wing) {
-  return record.potential[c][wing][POTENTIAL_DEFENCE];
+
+Term Knights(EvaluationVariant variant) {
+  return [variant](EvaluationRecord& r, const Board& b) { return EvaluateKnights(r, b, WHITE, variant); };
 }
+Term Queens(EvaluationVariant variant) {
+  return [variant](EvaluationRecord& r, const Board& b) { return EvaluateQueens(r, b, WHITE, variant); };
+}
+Term Development(EvaluationVariant variant) {
+  return [variant](EvaluationRecord& r, const Board& b) { return EvaluateDevelopment(r, b, variant); };
+}
+const Term ROOKS = [](EvaluationRecord& r, const Board& b) { return EvaluateRooks(r, b, WHITE); };
 
 // A record with the fields a term writes, colour for colour: the potentials, the attacks and the
 // endgame term, the latter negated for the mirror.
@@ -91,7 +111,7 @@ TEST(PieceTables, ValuesFollowThePawnsAndTablesStandForWhite) {
 // the same potentials and attacks, colour for colour.
 TEST(PieceEvaluation, EveryTermMirrorsForBlack) {
   // As the full evaluator calls them: a piece kind's term only for a side that has the kind.
-  struct Term {
+  struct ColourTerm {
     const char* name;
     std::function<ScorePair(EvaluationRecord&, const Board&, Color)> term;  // from the colour's view
     PieceType kind = NO_PIECE;
@@ -101,26 +121,19 @@ TEST(PieceEvaluation, EveryTermMirrorsForBlack) {
       return term(record, board, c);
     }
   };
-  auto both = [](ScorePair (*term)(EvaluationRecord&, const Board&)) {
+  // A term of both sides, White's minus Black's.
+  auto both = [](Term term) {
     return [term](EvaluationRecord& r, const Board& b, Color c) { return c == WHITE ? term(r, b) : -term(r, b); };
   };
-  const Term terms[] = {
+  const ColourTerm terms[] = {
       {"knights opening", [](auto& r, auto& b, Color c) { return EvaluateKnights(r, b, c, OPENING); }, KNIGHT},
       {"knights middlegame", [](auto& r, auto& b, Color c) { return EvaluateKnights(r, b, c, MIDDLEGAME); }, KNIGHT},
       {"bishops", [](auto& r, auto& b, Color c) { return EvaluateBishops(r, b, c); }, BISHOP},
       {"rooks", [](auto& r, auto& b, Color c) { return EvaluateRooks(r, b, c); }, ROOK},
       {"queens opening", [](auto& r, auto& b, Color c) { return EvaluateQueens(r, b, c, OPENING); }, QUEEN},
       {"queens middlegame", [](auto& r, auto& b, Color c) { return EvaluateQueens(r, b, c, MIDDLEGAME); }, QUEEN},
-      {"development opening",
-       [](auto& r, auto& b, Color c) {
-         ScorePair p = EvaluateDevelopment(r, b, OPENING);
-         return c == WHITE ? p : -p;
-       }},
-      {"development middlegame",
-       [](auto& r, auto& b, Color c) {
-         ScorePair p = EvaluateDevelopment(r, b, MIDDLEGAME);
-         return c == WHITE ? p : -p;
-       }},
+      {"development opening", both(Development(OPENING))},
+      {"development middlegame", both(Development(MIDDLEGAME))},
       {"space", both(EvaluateSpace)},
       {"knight mobility", both(EvaluateKnightMobility)},
   };
@@ -129,14 +142,14 @@ TEST(PieceEvaluation, EveryTermMirrorsForBlack) {
     Board board = FromFen(start.fen);
     ForEachNode(board, std::min(start.depth, 1), [&](const Board& node) {
       Board mirror = Mirrored(node);
-      for (const Term& term : terms) {
+      for (const ColourTerm& term : terms) {
         EvaluationRecord record = Prepare(node, 5);
         EvaluationRecord mirrored = Prepare(mirror, 5);
         // The queens and the knights' mobility read the attacks of the other pieces.
         for (Color c : {WHITE, BLACK}) {
-          record.side_facts[c].attacks_without_queens = record.side_facts[c].attacks | PawnAttackSet(node, c ^ 1);
+          record.side_facts[c].attacks_without_queens = record.side_facts[c].attacks | record.pawns[c ^ 1].attacks;
           mirrored.side_facts[c].attacks_without_queens =
-              mirrored.side_facts[c].attacks | PawnAttackSet(mirror, c ^ 1);
+              mirrored.side_facts[c].attacks | mirrored.pawns[c ^ 1].attacks;
         }
         std::string context = std::string(term.name) + " in " + start.fen;
         EXPECT_EQ(term.run(record, node, WHITE), term.run(mirrored, mirror, BLACK)) << context;
@@ -150,37 +163,23 @@ TEST(PieceEvaluation, EveryTermMirrorsForBlack) {
 }
 
 TEST(Knights, OutpostsBySupport) {
-  // Middlegame, a knight on e5 that no black pawn can chase; the black king is on the other wing,
-  // three squares away.
-  Board board = FromFen("6k1/pp6/8/4N3/8/8/PP6/6K1 w - - 0 1");
-  EvaluationRecord record = Prepare(board, 8);
-  Bitboard attacks_before = record.side_facts[WHITE].attacks;
-  // 4 pawns: value -18; square 26/44; distance 3: -3/-24; openness 8: 0/2; outpost 13/23.
-  EXPECT_EQ(EvaluateKnights(record, board, WHITE, MIDDLEGAME), ScorePair(18, 27));
-  EXPECT_EQ(Attack(record, WHITE, WING_CENTRE), 10 + 1 + 4);  // square, openness, no support
-  EXPECT_EQ(Defence(record, WHITE, WING_CENTRE), 3);
-  EXPECT_EQ(record.side_facts[WHITE].attacks, attacks_before | Tables.knight_attacks[Sq("e5")]);
-
+  // A knight on e5 that no black pawn can chase; the black king is on the other wing, three
+  // squares away. Middlegame, 4 pawns: value -18; square 26/44; distance 3: -3/-24; openness 8:
+  // 0/2; outpost 13/23. Attack: square 10, openness 1, no support 4.
+  const char* alone = "6k1/pp6/8/4N3/8/8/PP6/6K1 w - - 0 1";
+  EvaluationRecord record = ExpectTerm(Knights(MIDDLEGAME), alone, ScorePair(18, 27),
+                                       {{WHITE, WING_CENTRE, ATTACK, 10 + 1 + 4}, {WHITE, WING_CENTRE, DEFENCE, 3}});
+  EXPECT_EQ(record.side_facts[WHITE].attacks, Prepare(FromFen(alone)).side_facts[WHITE].attacks |
+                                                  Tables.knight_attacks[Sq("e5")]);
   // Supported by a passed pawn: weak support.
-  board = FromFen("6k1/pp6/8/4N3/3P4/8/PP6/6K1 w - - 0 1");
-  record = Prepare(board, 8);
-  EXPECT_EQ(EvaluateKnights(record, board, WHITE, MIDDLEGAME), ScorePair(18 + 2 + 2, 27 + 2 + 10));
-  EXPECT_EQ(Attack(record, WHITE, WING_CENTRE), 10 + 1 + 4);
-  EXPECT_EQ(Defence(record, WHITE, WING_CENTRE), 1 + 3);
-
+  ExpectTerm(Knights(MIDDLEGAME), "6k1/pp6/8/4N3/3P4/8/PP6/6K1 w - - 0 1", ScorePair(18 + 2 + 2, 27 + 2 + 10),
+             {{WHITE, WING_CENTRE, ATTACK, 10 + 1 + 4}, {WHITE, WING_CENTRE, DEFENCE, 1 + 3}});
   // The pawn on d4 is no longer passed: strong support. 6 pawns make the knight worth -12.
-  board = FromFen("6k1/pp6/2p5/4N3/3P4/8/PP6/6K1 w - - 0 1");
-  record = Prepare(board, 8);
-  EXPECT_EQ(EvaluateKnights(record, board, WHITE, MIDDLEGAME), ScorePair(39, 55));
-  EXPECT_EQ(Attack(record, WHITE, WING_CENTRE), 10 + 1 + 7);
-  EXPECT_EQ(Defence(record, WHITE, WING_CENTRE), 1 + 4);
-
+  ExpectTerm(Knights(MIDDLEGAME), "6k1/pp6/2p5/4N3/3P4/8/PP6/6K1 w - - 0 1", ScorePair(39, 55),
+             {{WHITE, WING_CENTRE, ATTACK, 10 + 1 + 7}, {WHITE, WING_CENTRE, DEFENCE, 1 + 4}});
   // Opening: the same outpost without support gives 9/14 and no distance or openness terms.
-  board = FromFen("6k1/pp6/8/4N3/8/8/PP6/6K1 w - - 0 1");
-  record = Prepare(board, 8);
-  EXPECT_EQ(EvaluateKnights(record, board, WHITE, OPENING), ScorePair(-18 + 22 + 9, -18 + 38 + 14));
-  EXPECT_EQ(Attack(record, WHITE, WING_CENTRE), 10 + 4);
-  EXPECT_EQ(Defence(record, WHITE, WING_CENTRE), 2);
+  ExpectTerm(Knights(OPENING), alone, ScorePair(-18 + 22 + 9, -18 + 38 + 14),
+             {{WHITE, WING_CENTRE, ATTACK, 10 + 4}, {WHITE, WING_CENTRE, DEFENCE, 2}});
 }
 
 TEST(Knights, ChasingPawnsAndTheKingsWing) {
@@ -210,45 +209,36 @@ TEST(Knights, ChasingPawnsAndTheKingsWing) {
 }
 
 TEST(Knights, SafeMobilityIgnoresQueensAndCountsPawnCover) {
+  const Term mobility = EvaluateKnightMobility;
   // Knight e4; c3 is attacked by the pawn b4, f2 is taken by the own king, d2 and g5 are covered by
   // black pieces, d6 too but the pawn e5 guards it, g3 is attacked by the pawn h4: c5, d6, f6 remain.
-  Board board = FromFen("7k/8/8/4P3/1p2N2p/8/5K2/8 w - - 0 1");
-  EvaluationRecord record = Prepare(board);
-  record.side_facts[BLACK].attacks_without_queens = SquareSet({"d2", "d6", "g5"});
-  EXPECT_EQ(EvaluateKnightMobility(record, board), ScorePair(3, 6));
-  EXPECT_EQ(Attack(record, WHITE, WING_CENTRE), 1);
-  EXPECT_EQ(Defence(record, WHITE, WING_CENTRE), 1);
-
+  const char* fen = "7k/8/8/4P3/1p2N2p/8/5K2/8 w - - 0 1";
+  ExpectTerm(mobility, fen, ScorePair(3, 6), {{WHITE, WING_CENTRE, ATTACK, 1}, {WHITE, WING_CENTRE, DEFENCE, 1}},
+             [](EvaluationRecord& r) { r.side_facts[BLACK].attacks_without_queens = SquareSet({"d2", "d6", "g5"}); });
   // The squares that e5 guards stay safe.
-  record = Prepare(board);
-  record.side_facts[BLACK].attacks_without_queens = SquareSet({"d2", "d6", "g5", "c5", "f6"});
-  EXPECT_EQ(EvaluateKnightMobility(record, board), ScorePair(2, 4));
-
+  ExpectTerm(mobility, fen, ScorePair(2, 4), {}, [](EvaluationRecord& r) {
+    r.side_facts[BLACK].attacks_without_queens = SquareSet({"d2", "d6", "g5", "c5", "f6"});
+  });
   // Five or more safe squares count as four; Black's knight in the corner has none, its squares
   // being attacked by the pawns a5 and d6.
-  Board corner = FromFen("n6k/8/3P4/P7/4N3/8/8/7K w - - 0 1");
-  record = Prepare(corner);
-  EXPECT_EQ(EvaluateKnightMobility(record, corner), ScorePair(4, 8) - ScorePair(-6, -12));
-  EXPECT_EQ(Attack(record, BLACK, WING_CENTRE), -6);
-  EXPECT_EQ(Defence(record, BLACK, WING_CENTRE), -6);
+  ExpectTerm(mobility, "n6k/8/3P4/P7/4N3/8/8/7K w - - 0 1", ScorePair(4, 8) - ScorePair(-6, -12),
+             {{BLACK, WING_CENTRE, ATTACK, -6}, {BLACK, WING_CENTRE, DEFENCE, -6}});
 }
 
 TEST(Bishops, FianchettoSeesThroughItsKnight) {
   // g2 with the pawn on g3 and no pawn on h1-a8: the knight on f3 lets the bishop count e4 to a8.
-  Board board = FromFen("6k1/5p1p/6p1/8/8/5NP1/5PBP/6K1 w - - 0 1");
-  EvaluationRecord record = Prepare(board);
-  record.pawns[BLACK].defended = SquareSet({"g6"});
-  Bitboard attacks_before = record.side_facts[WHITE].attacks;
   // Square 20/22, no enemy bishop 8/10, empty diagonal 24/24; reach g2 f3 e4 d5 c6 b7: c 6 gives
   // -2/-6, ce 2, ri 2 and fa 3 (c6, b7, a8) give 3/15; one defended enemy pawn on light squares
   // 0/-2.
-  EXPECT_EQ(EvaluateBishops(record, board, WHITE), ScorePair(53, 63));
-  EXPECT_EQ(Defence(record, WHITE, WING_KINGSIDE), 5);
-  EXPECT_EQ(Attack(record, WHITE, WING_QUEENSIDE), 6);
-  EXPECT_EQ(Attack(record, WHITE, WING_CENTRE), 0);
+  const char* fen = "6k1/5p1p/6p1/8/8/5NP1/5PBP/6K1 w - - 0 1";
+  EvaluationRecord record = ExpectTerm(
+      [](EvaluationRecord& r, const Board& b) { return EvaluateBishops(r, b, WHITE); }, fen, ScorePair(53, 63),
+      {{WHITE, WING_KINGSIDE, DEFENCE, 5}, {WHITE, WING_QUEENSIDE, ATTACK, 6}, {WHITE, WING_CENTRE, ATTACK, 0}},
+      [](EvaluationRecord& r) { r.pawns[BLACK].defended = SquareSet({"g6"}); });
   EXPECT_EQ(record.endgame_term, 0);
   // Only the real attacks are noted, not those seen through the knight.
-  EXPECT_EQ(record.side_facts[WHITE].attacks, attacks_before | SquareSet({"f1", "h1", "h3", "f3"}));
+  EXPECT_EQ(record.side_facts[WHITE].attacks,
+            Prepare(FromFen(fen)).side_facts[WHITE].attacks | SquareSet({"f1", "h1", "h3", "f3"}));
 }
 
 TEST(Bishops, BadBishopsUnlessTheLongDiagonalIsOpen) {
@@ -311,67 +301,42 @@ TEST(Bishops, TrappedOnTheEdgeAndTargetsOfThePair) {
   }
 }
 
-TEST(Rooks, ShutInBehindTheKing) {
-  Board board = FromFen("6k1/6pp/8/8/8/8/6PP/6KR w - - 0 1");
-  EvaluationRecord record = Prepare(board);
+TEST(Rooks, ShutInOpenFilesAndTheSeventhRank) {
   // Value 51/21 with 4 pawns; one square on the file -4/-10; behind the pawn h2 -6/-14; no
   // lateral square -2/-6; shut in -50/-70.
-  EXPECT_EQ(EvaluateRooks(record, board, WHITE), ScorePair(-11, -79));
-  EXPECT_EQ(Attack(record, WHITE, WING_KINGSIDE), -4 - 5 - 8);
-  EXPECT_EQ(Defence(record, WHITE, WING_KINGSIDE), -5);
+  EvaluationRecord record = ExpectTerm(ROOKS, "6k1/6pp/8/8/8/8/6PP/6KR w - - 0 1", ScorePair(-11, -79),
+                                       {{WHITE, WING_KINGSIDE, ATTACK, -4 - 5 - 8}, {WHITE, WING_KINGSIDE, DEFENCE, -5}});
   EXPECT_EQ(record.endgame_term, 24);
-
   // With the king on e1 the rook is not shut in; its lateral squares f1 and g1 are on files with
-  // own pawns.
-  Board freed = FromFen("6k1/6pp/8/8/8/8/5PPP/4K2R w - - 0 1");
-  record = Prepare(freed);
-  EXPECT_EQ(EvaluateRooks(record, freed, WHITE), ScorePair(51 - 4 - 6, 21 - 10 - 14));
-  EXPECT_EQ(Attack(record, WHITE, WING_KINGSIDE), -4);
-  // Without the pawn f2 the lateral square f1 is rewarded.
-  Board lateral = FromFen("6k1/6pp/8/8/8/8/6PP/4K2R w - - 0 1");
-  record = Prepare(lateral);
-  EXPECT_EQ(EvaluateRooks(record, lateral, WHITE), ScorePair(51 - 4 - 6 + 6, 21 - 10 - 14 + 12));
-  EXPECT_EQ(Attack(record, WHITE, WING_KINGSIDE), 0);
-}
+  // own pawns. Without the pawn f2 the lateral square f1 is rewarded.
+  ExpectTerm(ROOKS, "6k1/6pp/8/8/8/8/5PPP/4K2R w - - 0 1", ScorePair(51 - 4 - 6, 21 - 10 - 14),
+             {{WHITE, WING_KINGSIDE, ATTACK, -4}});
+  ExpectTerm(ROOKS, "6k1/6pp/8/8/8/8/6PP/4K2R w - - 0 1", ScorePair(51 - 4 - 6 + 6, 21 - 10 - 14 + 12),
+             {{WHITE, WING_KINGSIDE, ATTACK, 0}});
 
-TEST(Rooks, DoubledOnTheSingleOpenFile) {
   // Only the d-file is open. d1 sees d4 directly: 8/12, doubled (m = 2); d4 has no later rook.
-  Board board = FromFen("6k1/ppp2ppp/4p3/8/3R4/4P3/PPP2PPP/3R2K1 w - - 0 1");
-  EvaluationRecord record = Prepare(board);
-  ASSERT_EQ(record.single_open_file, 3);
   // 14 pawns: value -9/-39 each; both cover 7 squares of the file: 4/10 each.
-  EXPECT_EQ(EvaluateRooks(record, board, WHITE), ScorePair(-18 + 8 + 8 + 35 + 35, -78 + 20 + 12 + 36 + 36));
-  EXPECT_EQ(Attack(record, WHITE, WING_CENTRE), 16);
-  EXPECT_EQ(Defence(record, WHITE, WING_CENTRE), 2 + 16);
+  const char* doubled = "6k1/ppp2ppp/4p3/8/3R4/4P3/PPP2PPP/3R2K1 w - - 0 1";
+  ASSERT_EQ(Prepare(FromFen(doubled)).single_open_file, 3);
+  record = ExpectTerm(ROOKS, doubled, ScorePair(-18 + 8 + 8 + 35 + 35, -78 + 20 + 12 + 36 + 36),
+                      {{WHITE, WING_CENTRE, ATTACK, 16}, {WHITE, WING_CENTRE, DEFENCE, 2 + 16}});
   EXPECT_EQ(record.endgame_term, 48);
-
   // A black rook on d8: the doubled rooks still outnumber it from d1, not from d4.
-  Board contested = FromFen("3r2k1/ppp2ppp/4p3/8/3R4/4P3/PPP2PPP/3R2K1 w - - 0 1");
-  record = Prepare(contested);
-  EXPECT_EQ(EvaluateRooks(record, contested, WHITE), ScorePair(-18 + 8 + 8 + 35 + 25, -78 + 20 + 12 + 36 + 30));
-  EXPECT_EQ(Attack(record, WHITE, WING_CENTRE), 8 + 12);
-  EXPECT_EQ(Defence(record, WHITE, WING_CENTRE), 2 + 8 + 4);
-}
+  ExpectTerm(ROOKS, "3r2k1/ppp2ppp/4p3/8/3R4/4P3/PPP2PPP/3R2K1 w - - 0 1",
+             ScorePair(-18 + 8 + 8 + 35 + 25, -78 + 20 + 12 + 36 + 30),
+             {{WHITE, WING_CENTRE, ATTACK, 8 + 12}, {WHITE, WING_CENTRE, DEFENCE, 2 + 8 + 4}});
 
-TEST(Rooks, SeventhRankAndTheKingsFile) {
-  // Rooks on c7 and e7 against the king on g8: the lower sees the higher on the seventh rank.
-  Board board = FromFen("6k1/2R1R3/8/8/8/8/8/6K1 w - - 0 1");
-  EvaluationRecord record = Prepare(board);
-  // Per rook 75/45 and seven squares of the open file 4/10; both on another open file, m = 1 > 0:
+  // Rooks on c7 and e7 against the king on g8: the lower sees the higher on the seventh rank. Per
+  // rook 75/45 and seven squares of the open file 4/10; both on another open file, m = 1 > 0:
   // 7/15. c7: connected 15/28 and attack 10; both: seventh rank 28/50 and attack 14. e7 is no
-  // neighbour of the g-file.
-  EXPECT_EQ(EvaluateRooks(record, board, WHITE),
-            ScorePair(2 * (75 + 4 + 7 + 28) + 15, 2 * (45 + 10 + 15 + 50) + 28));
-  EXPECT_EQ(Attack(record, WHITE, WING_CENTRE), 10 + 2 * 14 + 6);
-  EXPECT_EQ(Attack(record, WHITE, WING_QUEENSIDE), 6);  // c-file: knight wing 0
-
+  // neighbour of the g-file; the c-file is on the queenside (knight wing 0).
+  ExpectTerm(ROOKS, "6k1/2R1R3/8/8/8/8/8/6K1 w - - 0 1",
+             ScorePair(2 * (75 + 4 + 7 + 28) + 15, 2 * (45 + 10 + 15 + 50) + 28),
+             {{WHITE, WING_CENTRE, ATTACK, 10 + 2 * 14 + 6}, {WHITE, WING_QUEENSIDE, ATTACK, 6}});
   // On f7 next to the king's file, with a black queen on f8 in front: 12/33, 8/25.
-  Board next_file = FromFen("5qk1/5R2/8/8/8/8/8/6K1 w - - 0 1");
-  record = Prepare(next_file);
-  EXPECT_EQ(EvaluateRooks(record, next_file, WHITE),
-            ScorePair(75 + 4 + 7 + 28 + 12 + 8, 45 + 10 + 15 + 50 + 33 + 25));
-  EXPECT_EQ(Attack(record, WHITE, WING_KINGSIDE), 6 + 11 + 4);
-  EXPECT_EQ(Defence(record, BLACK, WING_KINGSIDE), -9);
+  ExpectTerm(ROOKS, "5qk1/5R2/8/8/8/8/8/6K1 w - - 0 1",
+             ScorePair(75 + 4 + 7 + 28 + 12 + 8, 45 + 10 + 15 + 50 + 33 + 25),
+             {{WHITE, WING_KINGSIDE, ATTACK, 6 + 11 + 4}, {BLACK, WING_KINGSIDE, DEFENCE, -9}});
 }
 
 TEST(Queens, SafeSquaresOfAnAdvancedQueen) {
@@ -418,64 +383,47 @@ TEST(Queens, ScreensAndTheKings) {
   EXPECT_EQ(with_screen - EvaluateQueens(record, aside, WHITE, OPENING), ScorePair(-30, -30));
 
   // Middlegame without castling rights. Queen h3 sees h7 and h8 next to the king g8, at Manhattan
-  // distance 6; its own king g1 is close.
-  Board near = FromFen("6k1/8/8/8/8/7Q/8/6K1 w - - 0 1");
-  record = Prepare(near);
-  // Square 0/0; near the king 0/8; safe squares on rank one: nothing; distance -6/-18.
-  EXPECT_EQ(EvaluateQueens(record, near, WHITE, MIDDLEGAME), ScorePair(-6, 8 - 18));
-  EXPECT_EQ(Attack(record, WHITE, WING_KINGSIDE), 12 + 4 + 1);
-  EXPECT_EQ(Attack(record, WHITE, WING_CENTRE), 6);
-  EXPECT_EQ(Defence(record, BLACK, WING_KINGSIDE), -4);
+  // distance 6; its own king g1 is close. Square 0/0; near the king 0/8; safe squares on rank one:
+  // nothing; distance -6/-18.
+  ExpectTerm(Queens(MIDDLEGAME), "6k1/8/8/8/8/7Q/8/6K1 w - - 0 1", ScorePair(-6, 8 - 18),
+             {{WHITE, WING_KINGSIDE, ATTACK, 12 + 4 + 1}, {WHITE, WING_CENTRE, ATTACK, 6},
+              {BLACK, WING_KINGSIDE, DEFENCE, -4}});
 
   // Queen a7, 13 squares from its king h1: d4 blocks its way to g1, and a1, the one square it
-  // could come back by, is attacked. It has left its king.
-  Board away = FromFen("6k1/Q7/8/8/3P4/8/6PP/7K w - - 0 1");
-  record = Prepare(away);
-  record.side_facts[BLACK].attacks_without_queens = Rectangle('a', 'h', 1, 6);
-  // Square -4/-8; near the king 0/8; safe squares on ranks seven and eight only -12/-20; distance
-  // to g8 7: -7/-21; left its king -8/-20; seventh rank 15/25.
-  EXPECT_EQ(EvaluateQueens(record, away, WHITE, MIDDLEGAME),
-            ScorePair(-4 - 12 - 7 - 8 + 15, -8 + 8 - 20 - 21 - 20 + 25));
-  EXPECT_EQ(Defence(record, WHITE, WING_KINGSIDE), -16);
-  EXPECT_EQ(Defence(record, WHITE, WING_QUEENSIDE), -4);
-  EXPECT_EQ(Attack(record, WHITE, WING_KINGSIDE), 4 + 0 + 8);
+  // could come back by, is attacked. It has left its king. Square -4/-8; near the king 0/8; safe
+  // squares on ranks seven and eight only -12/-20; distance to g8 7: -7/-21; left its king -8/-20;
+  // seventh rank 15/25.
+  const char* away = "6k1/Q7/8/8/3P4/8/6PP/7K w - - 0 1";
+  ExpectTerm(Queens(MIDDLEGAME), away, ScorePair(-4 - 12 - 7 - 8 + 15, -8 + 8 - 20 - 21 - 20 + 25),
+             {{WHITE, WING_KINGSIDE, DEFENCE, -16}, {WHITE, WING_QUEENSIDE, DEFENCE, -4},
+              {WHITE, WING_KINGSIDE, ATTACK, 4 + 0 + 8}},
+             [](EvaluationRecord& r) { r.side_facts[BLACK].attacks_without_queens = Rectangle('a', 'h', 1, 6); });
   // Its square a1 not attacked: it can come back.
-  record = Prepare(away);
+  Board board = FromFen(away);
+  record = Prepare(board);
   record.side_facts[BLACK].attacks_without_queens = Rectangle('b', 'h', 1, 6);
-  EvaluateQueens(record, away, WHITE, MIDDLEGAME);
+  EvaluateQueens(record, board, WHITE, MIDDLEGAME);
   EXPECT_EQ(Defence(record, WHITE, WING_KINGSIDE), 0);
 }
 
 TEST(Development, MinorsAtHomeAndKnightsBeforeThePawns) {
   // After 1. Nf3 only White's queenside minors and both of Black's pairs are at home.
-  Board board = FromFen("rnbqkbnr/pppppppp/8/8/8/5N2/PPPPPPPP/RNBQKB1R b KQkq - 1 1");
-  EvaluationRecord record = Prepare(board);
-  EXPECT_EQ(EvaluateDevelopment(record, board, OPENING), ScorePair(14 - 6, 40 - 14));
-  EXPECT_EQ(Attack(record, WHITE, WING_KINGSIDE), 0);
-  EXPECT_EQ(Defence(record, BLACK, WING_KINGSIDE), -6);
-  EXPECT_EQ(Attack(record, BLACK, WING_CENTRE), 4);
-  EXPECT_EQ(Defence(record, BLACK, WING_CENTRE), 6);
-
+  ExpectTerm(Development(OPENING), "rnbqkbnr/pppppppp/8/8/8/5N2/PPPPPPPP/RNBQKB1R b KQkq - 1 1",
+             ScorePair(14 - 6, 40 - 14),
+             {{WHITE, WING_KINGSIDE, ATTACK, 0}, {BLACK, WING_KINGSIDE, DEFENCE, -6},
+              {BLACK, WING_CENTRE, ATTACK, 4}, {BLACK, WING_CENTRE, DEFENCE, 6}});
   // Knights on c3 and f3 in front of c2 and f2, e3 against d5, d4 against e4: 4/8 and 25/35. Black
   // still has b8 and c8 at home.
   const char* locked = "rnbqkb1r/ppp2ppp/5n2/3p4/3Pp3/2N1PN2/PPP2PPP/R1BQKB1R w KQkq - 0 1";
-  board = FromFen(locked);
-  record = Prepare(board);
-  EXPECT_EQ(EvaluateDevelopment(record, board, OPENING), ScorePair(-29 + 18 + 6, -43 + 45 + 14));
-  EXPECT_EQ(Attack(record, WHITE, WING_CENTRE), -3 + 4);
-  EXPECT_EQ(Defence(record, WHITE, WING_CENTRE), 3 + 6);
-  record = Prepare(board);
-  EXPECT_EQ(EvaluateDevelopment(record, board, MIDDLEGAME), ScorePair(18 + 6, 45 + 14));
+  ExpectTerm(Development(OPENING), locked, ScorePair(-29 + 18 + 6, -43 + 45 + 14),
+             {{WHITE, WING_CENTRE, ATTACK, -3 + 4}, {WHITE, WING_CENTRE, DEFENCE, 3 + 6}});
+  ExpectTerm(Development(MIDDLEGAME), locked, ScorePair(18 + 6, 45 + 14), {});
   // Without the pawn e4 the lighter penalty.
-  board = FromFen("rnbqkb1r/ppp2ppp/5n2/3p4/3P4/2N1PN2/PPP2PPP/R1BQKB1R w KQkq - 0 1");
-  record = Prepare(board);
-  EXPECT_EQ(EvaluateDevelopment(record, board, OPENING), ScorePair(-14 + 18 + 6, -28 + 45 + 14));
-
+  ExpectTerm(Development(OPENING), "rnbqkb1r/ppp2ppp/5n2/3p4/3P4/2N1PN2/PPP2PPP/R1BQKB1R w KQkq - 0 1",
+             ScorePair(-14 + 18 + 6, -28 + 45 + 14), {});
   // g3 played with the bishop still on f1 (and Ng1 gone): 8/14.
-  board = FromFen("4k3/8/8/8/8/6P1/5P1P/5BK1 w - - 0 1");
-  record = Prepare(board);
-  EXPECT_EQ(EvaluateDevelopment(record, board, MIDDLEGAME), ScorePair(-8 + 6, -14 + 14));
-  EXPECT_EQ(Defence(record, WHITE, WING_KINGSIDE), -4);
+  ExpectTerm(Development(MIDDLEGAME), "4k3/8/8/8/8/6P1/5P1P/5BK1 w - - 0 1", ScorePair(-8 + 6, -14 + 14),
+             {{WHITE, WING_KINGSIDE, DEFENCE, -4}});
 }
 
 TEST(Space, AttackedSquaresAndTheirMargins) {
@@ -505,14 +453,14 @@ TEST(Space, WingPresenceAndPiecePlacement) {
   record.side_facts[WHITE].attacks = SquareSet({"b6", "c7"});
   record.side_facts[BLACK].attacks = 0;
   EvaluateSpace(record, board);
-  EXPECT_EQ(Attack(record, WHITE, WING_QUEENSIDE), 6 + 2);
-  EXPECT_EQ(Attack(record, WHITE, WING_KINGSIDE), -4 - 2);
-  EXPECT_EQ(Defence(record, WHITE, WING_QUEENSIDE), 6);
-  EXPECT_EQ(Defence(record, WHITE, WING_KINGSIDE), 6);
-  EXPECT_EQ(Attack(record, BLACK, WING_QUEENSIDE), -4);
-  EXPECT_EQ(Attack(record, BLACK, WING_KINGSIDE), -4);
-  EXPECT_EQ(Defence(record, BLACK, WING_QUEENSIDE), 0);
-  EXPECT_EQ(Defence(record, BLACK, WING_KINGSIDE), 6);
+  // By colour, queenside then kingside, attack then defence.
+  const int expected[2][2][2] = {{{6 + 2, 6}, {-4 - 2, 6}}, {{-4, 0}, {-4, 6}}};
+  for (Color c : {WHITE, BLACK}) {
+    for (int wing : {WING_QUEENSIDE, WING_KINGSIDE}) {
+      EXPECT_EQ(Attack(record, c, wing), expected[c][wing][0]) << c << " " << wing;
+      EXPECT_EQ(Defence(record, c, wing), expected[c][wing][1]) << c << " " << wing;
+    }
+  }
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "evaluation_test_support.h"
 
@@ -11,8 +12,22 @@ namespace {
 using evaluation_test::FromFen;
 using evaluation_test::Mirrored;
 
-PositionType Classify(const std::string& fen, PositionType previous = NO_POSITION_TYPE) {
-  return ClassifyPosition(FromFen(fen), previous);
+struct Row {
+  std::string fen;
+  PositionType expected;
+  PositionType previous = NO_POSITION_TYPE;
+};
+
+// Runs the rows; the endgame types are colour-blind (the opening test is White's first by design),
+// so each endgame row is checked on its mirror too.
+void ExpectTypes(const std::vector<Row>& rows) {
+  for (const Row& row : rows) {
+    Board board = FromFen(row.fen);
+    EXPECT_EQ(ClassifyPosition(board, row.previous), row.expected) << row.fen << " after " << row.previous;
+    if (row.expected >= POSITION_EQUAL_PIECES) {
+      EXPECT_EQ(ClassifyPosition(Mirrored(board), row.previous), row.expected) << row.fen << " mirrored";
+    }
+  }
 }
 
 const char* const START = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
@@ -22,125 +37,103 @@ std::string Developed(const std::string& black_pawns, const std::string& white_p
 }
 
 TEST(ClassifyPosition, OpeningUntilDevelopmentIsDone) {
-  EXPECT_EQ(Classify(START), POSITION_OPENING);
-  // Every minor piece out and no castling right left: middlegame.
-  EXPECT_EQ(Classify("r2qk2r/pppppppp/2nb1n2/5b2/5B2/2NB1N2/PPPPPPPP/R2QK2R w - - 0 1"),
-            POSITION_MIDDLEGAME);
-  // Once in the middlegame, a line of play stays there while the material holds.
-  EXPECT_EQ(Classify(START, POSITION_MIDDLEGAME), POSITION_MIDDLEGAME);
-  EXPECT_EQ(Classify(START, POSITION_OPENING), POSITION_OPENING);
-  // Black castled with its minors out: middlegame, however White stands.
-  EXPECT_EQ(Classify("r2q1rk1/pppppppp/2nb1n2/5b2/8/8/PPPPPPPP/RNBQKBNR w KQ - 0 1"),
-            POSITION_MIDDLEGAME);
-  // Black still has its pieces at home and White a knight at home.
-  EXPECT_EQ(Classify("r1bqkb1r/pppppppp/2n2n2/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1"), POSITION_OPENING);
-}
-
-TEST(ClassifyPosition, PawnCountsDecideWhenBothSidesAreDeveloped) {
-  EXPECT_EQ(Classify(Developed("pppppppp", "PPPPPPPP")), POSITION_OPENING);
-  EXPECT_EQ(Classify(Developed("pppppppp", "2PPPPPP")), POSITION_OPENING);  // Black 8 pawns
-  EXPECT_EQ(Classify(Developed("1ppppppp", "2PPPPPP")), POSITION_OPENING);  // Black 7 pawns
-  EXPECT_EQ(Classify(Developed("2pppppp", "2PPPPPP")), POSITION_MIDDLEGAME);
-  EXPECT_EQ(Classify(Developed("2pppppp", "1PPPPPPP")), POSITION_OPENING);  // White 7 pawns
-}
-
-TEST(ClassifyPosition, BishopsAtHomeAndCastlingRights) {
-  // White castled, both bishops at home: not done; Black's knights at home then mean opening.
-  EXPECT_EQ(Classify("rnbqkbnr/2pppppp/8/8/8/2N2N2/2PPPPPP/R1BQKB1R w kq - 0 1"), POSITION_OPENING);
-  // One white bishop out instead: White is done, and the pawn counts decide.
-  EXPECT_EQ(Classify("rnbqkbnr/2pppppp/8/8/8/2NB1N2/2PPPPPP/R1BQK2R w kq - 0 1"), POSITION_MIDDLEGAME);
-  // Both white bishops out with castling rights: done as well.
-  EXPECT_EQ(Classify("rnbqkbnr/2pppppp/8/8/5B2/2NB1N2/2PPPPPP/R2QK2R w KQkq - 0 1"),
-            POSITION_MIDDLEGAME);
-  // A white bishop at home with a castling right left: not done.
-  EXPECT_EQ(Classify("rnbqkbnr/2pppppp/8/8/8/2NB1N2/2PPPPPP/R1BQK2R w KQkq - 0 1"), POSITION_OPENING);
-  // Black without castling rights and both bishops at home, White not done: opening.
-  EXPECT_EQ(Classify("r1bq1b1r/2ppkppp/2n2n2/8/8/2N2N2/2PPPPPP/R1BQKB1R w - - 0 1"), POSITION_OPENING);
-  // The same with one black bishop out: neither side returns early, and 6 against 6 pawns.
-  EXPECT_EQ(Classify("r1bq3r/2ppkppp/2nb1n2/8/8/2N2N2/2PPPPPP/R1BQKB1R w - - 0 1"),
-            POSITION_MIDDLEGAME);
+  ExpectTypes({
+      {START, POSITION_OPENING},
+      // Every minor piece out and no castling right left.
+      {"r2qk2r/pppppppp/2nb1n2/5b2/5B2/2NB1N2/PPPPPPPP/R2QK2R w - - 0 1", POSITION_MIDDLEGAME},
+      // Once in the middlegame, a line of play stays there while the material holds.
+      {START, POSITION_MIDDLEGAME, POSITION_MIDDLEGAME},
+      {START, POSITION_OPENING, POSITION_OPENING},
+      // Black castled with its minors out: middlegame, however White stands.
+      {"r2q1rk1/pppppppp/2nb1n2/5b2/8/8/PPPPPPPP/RNBQKBNR w KQ - 0 1", POSITION_MIDDLEGAME},
+      {"r1bqkb1r/pppppppp/2n2n2/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", POSITION_OPENING},
+      // Both developed: the pawn counts decide (middlegame once both have 6 or fewer).
+      {Developed("pppppppp", "PPPPPPPP"), POSITION_OPENING},
+      {Developed("pppppppp", "2PPPPPP"), POSITION_OPENING},
+      {Developed("1ppppppp", "2PPPPPP"), POSITION_OPENING},
+      {Developed("2pppppp", "2PPPPPP"), POSITION_MIDDLEGAME},
+      {Developed("2pppppp", "1PPPPPPP"), POSITION_OPENING},
+      // White castled, both bishops at home: not done; Black's knights at home then mean opening.
+      {"rnbqkbnr/2pppppp/8/8/8/2N2N2/2PPPPPP/R1BQKB1R w kq - 0 1", POSITION_OPENING},
+      // One white bishop out instead: White is done, and the pawn counts decide.
+      {"rnbqkbnr/2pppppp/8/8/8/2NB1N2/2PPPPPP/R1BQK2R w kq - 0 1", POSITION_MIDDLEGAME},
+      // Both white bishops out with castling rights: done as well.
+      {"rnbqkbnr/2pppppp/8/8/5B2/2NB1N2/2PPPPPP/R2QK2R w KQkq - 0 1", POSITION_MIDDLEGAME},
+      // A white bishop at home with a castling right left: not done.
+      {"rnbqkbnr/2pppppp/8/8/8/2NB1N2/2PPPPPP/R1BQK2R w KQkq - 0 1", POSITION_OPENING},
+      // Black without castling rights and both bishops at home, White not done: opening.
+      {"r1bq1b1r/2ppkppp/2n2n2/8/8/2N2N2/2PPPPPP/R1BQKB1R w - - 0 1", POSITION_OPENING},
+      // The same with one black bishop out: neither side returns early, and 6 against 6 pawns.
+      {"r1bq3r/2ppkppp/2nb1n2/8/8/2N2N2/2PPPPPP/R1BQKB1R w - - 0 1", POSITION_MIDDLEGAME},
+  });
 }
 
 TEST(ClassifyPosition, MiddlegameMaterialStartsAtTwentyTwo) {
-  // Queen and three minors: 19 points, 22 with the queen's 3.
-  EXPECT_LT(Classify("4k3/pppppppp/8/8/8/2NBB3/PPPPPPPP/3QK3 w - - 0 1"), POSITION_EQUAL_PIECES);
-  // Queen, rook and bishop: 18 + 3 = 21.
-  EXPECT_EQ(Classify("4k3/pppppppp/8/8/8/3B4/PPPPPPPP/3QK2R w - - 0 1"), POSITION_OTHER_ENDGAME);
-  // Two rooks and four minors: 22 without a queen.
-  EXPECT_LT(Classify("4k3/pppppppp/8/8/8/2NBBN2/PPPPPPPP/R3K2R w - - 0 1"), POSITION_EQUAL_PIECES);
-  // Three rooks and two minors: 21.
-  EXPECT_EQ(Classify("4k3/pppppppp/8/8/8/3BB3/PPPPPPPP/R2RK2R w - - 0 1"), POSITION_OTHER_ENDGAME);
-  // In the endgame the parent's type doesn't count.
-  EXPECT_EQ(Classify("4k3/4p3/8/8/8/8/4P3/4K3 w - - 0 1", POSITION_MIDDLEGAME), POSITION_PAWN_ENDING);
+  // Queen and three minors: 19 points, 22 with the queen's 3; two rooks and four minors: 22.
+  EXPECT_LT(ClassifyPosition(FromFen("4k3/pppppppp/8/8/8/2NBB3/PPPPPPPP/3QK3 w - - 0 1"), NO_POSITION_TYPE),
+            POSITION_EQUAL_PIECES);
+  EXPECT_LT(ClassifyPosition(FromFen("4k3/pppppppp/8/8/8/2NBBN2/PPPPPPPP/R3K2R w - - 0 1"), NO_POSITION_TYPE),
+            POSITION_EQUAL_PIECES);
+  ExpectTypes({
+      {"4k3/pppppppp/8/8/8/3B4/PPPPPPPP/3QK2R w - - 0 1", POSITION_OTHER_ENDGAME},  // 18 + 3 = 21
+      {"4k3/pppppppp/8/8/8/3BB3/PPPPPPPP/R2RK2R w - - 0 1", POSITION_OTHER_ENDGAME},  // 21
+      // In the endgame the parent's type doesn't count.
+      {"4k3/4p3/8/8/8/8/4P3/4K3 w - - 0 1", POSITION_PAWN_ENDING, POSITION_MIDDLEGAME},
+  });
 }
 
-TEST(ClassifyPosition, EndgamesWithPiecesOnBothSides) {
-  EXPECT_EQ(Classify("4k3/p2rb3/8/8/8/8/P2RB3/4K3 w - - 0 1"), POSITION_EQUAL_PIECES);
-  EXPECT_EQ(Classify("r7/8/4k3/8/8/4K3/4P3/R7 w - - 0 1"), POSITION_ROOK_ENDING);
-  EXPECT_EQ(Classify("r6r/8/4k3/8/8/4K3/4P3/R6R w - - 0 1"), POSITION_ROOK_ENDING);
-  EXPECT_EQ(Classify("r7/p7/4k3/8/8/4K3/4P3/RRR5 w - - 0 1"), POSITION_OTHER_ENDGAME);
-  EXPECT_EQ(Classify("3qk3/8/8/8/8/8/4P3/3QK3 w - - 0 1"), POSITION_QUEEN_ENDING);
-  EXPECT_EQ(Classify("4k3/4n3/8/8/8/8/4P3/4KN2 w - - 0 1"), POSITION_KNIGHT_KNIGHT);
-  EXPECT_EQ(Classify("4k3/4b3/8/8/8/8/4P3/4KN2 w - - 0 1"), POSITION_KNIGHT_BISHOP);
-  EXPECT_EQ(Classify("4kn2/8/8/8/8/8/4P3/2B1K3 w - - 0 1"), POSITION_KNIGHT_BISHOP);
-  EXPECT_EQ(Classify("4kb2/8/8/8/8/8/4P3/2B1K3 w - - 0 1"), POSITION_SAME_BISHOPS);
-  EXPECT_EQ(Classify("2b1k3/8/8/8/8/8/4P3/2B1K3 w - - 0 1"), POSITION_OPPOSITE_BISHOPS);
-  EXPECT_EQ(Classify("4k3/4b3/8/8/8/8/4P3/R3K3 w - - 0 1"), POSITION_ROOK_MINOR);
-  EXPECT_EQ(Classify("4k3/4bp2/8/8/8/8/8/R3K3 w - - 0 1"), POSITION_ROOK_MINOR);  // pawnless White
-  EXPECT_EQ(Classify("4k3/4r3/8/8/8/8/4P3/3QK3 w - - 0 1"), POSITION_QUEEN_ROOK);
-  EXPECT_EQ(Classify("4k3/4rp2/8/8/8/8/8/3QK3 w - - 0 1"), POSITION_QUEEN_ROOK);  // pawnless White
-  // The same phases without the pairing: two knights on one side, rook and knight on one side,
-  // queen and rook on one side.
-  EXPECT_EQ(Classify("4k3/4p3/8/8/8/8/4P3/1N2KN2 w - - 0 1"), POSITION_OTHER_ENDGAME);
-  EXPECT_EQ(Classify("4k3/4p3/8/8/8/8/4P3/R3KN2 w - - 0 1"), POSITION_OTHER_ENDGAME);
-  EXPECT_EQ(Classify("4k3/4p3/8/8/8/8/4P3/R2QK3 w - - 0 1"), POSITION_OTHER_ENDGAME);
-  EXPECT_EQ(Classify("4k3/4p3/3bn3/8/8/8/4P3/R3K3 w - - 0 1"), POSITION_OTHER_ENDGAME);
-}
-
-TEST(ClassifyPosition, LonePiecesAndPawnEndings) {
-  EXPECT_EQ(Classify("4k3/4p3/8/8/8/8/8/4KN2 w - - 0 1"), POSITION_LONE_KNIGHT);
-  EXPECT_EQ(Classify("4kn2/8/8/8/8/8/4P3/4K3 w - - 0 1"), POSITION_LONE_KNIGHT);
-  EXPECT_EQ(Classify("4k3/4p3/8/8/8/8/8/4KB2 w - - 0 1"), POSITION_LONE_BISHOP);
-  EXPECT_EQ(Classify("4k3/4p3/8/8/8/8/8/R3K3 w - - 0 1"), POSITION_LONE_ROOK);
-  EXPECT_EQ(Classify("4k3/4p3/8/8/8/8/8/3QK3 w - - 0 1"), POSITION_LONE_QUEEN);
-  EXPECT_EQ(Classify("4k3/4p3/8/8/8/8/4P3/4K3 w - - 0 1"), POSITION_PAWN_ENDING);
-  EXPECT_EQ(Classify("4k3/8/8/8/8/8/4P3/4K3 b - - 0 1"), POSITION_PAWN_ENDING);
-  // A lone piece whose owner has pawns is no lone piece.
-  EXPECT_EQ(Classify("4k3/4p3/8/8/8/8/4P3/4KN2 w - - 0 1"), POSITION_OTHER_ENDGAME);
-  EXPECT_EQ(Classify("4k3/4p3/8/8/8/8/P7/R3K3 w - - 0 1"), POSITION_OTHER_ENDGAME);
-  EXPECT_EQ(Classify("4k3/4p3/8/8/8/8/4P3/3QK3 w - - 0 1"), POSITION_OTHER_ENDGAME);
+TEST(ClassifyPosition, EndgameTypes) {
+  ExpectTypes({
+      {"4k3/p2rb3/8/8/8/8/P2RB3/4K3 w - - 0 1", POSITION_EQUAL_PIECES},
+      {"r7/8/4k3/8/8/4K3/4P3/R7 w - - 0 1", POSITION_ROOK_ENDING},
+      {"r6r/8/4k3/8/8/4K3/4P3/R6R w - - 0 1", POSITION_ROOK_ENDING},
+      {"r7/p7/4k3/8/8/4K3/4P3/RRR5 w - - 0 1", POSITION_OTHER_ENDGAME},
+      {"3qk3/8/8/8/8/8/4P3/3QK3 w - - 0 1", POSITION_QUEEN_ENDING},
+      {"4k3/4n3/8/8/8/8/4P3/4KN2 w - - 0 1", POSITION_KNIGHT_KNIGHT},
+      {"4k3/4b3/8/8/8/8/4P3/4KN2 w - - 0 1", POSITION_KNIGHT_BISHOP},
+      {"4kn2/8/8/8/8/8/4P3/2B1K3 w - - 0 1", POSITION_KNIGHT_BISHOP},
+      {"4kb2/8/8/8/8/8/4P3/2B1K3 w - - 0 1", POSITION_SAME_BISHOPS},
+      {"2b1k3/8/8/8/8/8/4P3/2B1K3 w - - 0 1", POSITION_OPPOSITE_BISHOPS},
+      {"4k3/4b3/8/8/8/8/4P3/R3K3 w - - 0 1", POSITION_ROOK_MINOR},
+      {"4k3/4bp2/8/8/8/8/8/R3K3 w - - 0 1", POSITION_ROOK_MINOR},  // pawnless White
+      {"4k3/4r3/8/8/8/8/4P3/3QK3 w - - 0 1", POSITION_QUEEN_ROOK},
+      {"4k3/4rp2/8/8/8/8/8/3QK3 w - - 0 1", POSITION_QUEEN_ROOK},  // pawnless White
+      // The same phases without the pairing: two knights, rook and knight, queen and rook on one
+      // side, and a rook against two minors.
+      {"4k3/4p3/8/8/8/8/4P3/1N2KN2 w - - 0 1", POSITION_OTHER_ENDGAME},
+      {"4k3/4p3/8/8/8/8/4P3/R3KN2 w - - 0 1", POSITION_OTHER_ENDGAME},
+      {"4k3/4p3/8/8/8/8/4P3/R2QK3 w - - 0 1", POSITION_OTHER_ENDGAME},
+      {"4k3/4p3/3bn3/8/8/8/4P3/R3K3 w - - 0 1", POSITION_OTHER_ENDGAME},
+      {"4k3/4p3/8/8/8/8/8/4KN2 w - - 0 1", POSITION_LONE_KNIGHT},
+      {"4kn2/8/8/8/8/8/4P3/4K3 w - - 0 1", POSITION_LONE_KNIGHT},
+      {"4k3/4p3/8/8/8/8/8/4KB2 w - - 0 1", POSITION_LONE_BISHOP},
+      {"4k3/4p3/8/8/8/8/8/R3K3 w - - 0 1", POSITION_LONE_ROOK},
+      {"4k3/4p3/8/8/8/8/8/3QK3 w - - 0 1", POSITION_LONE_QUEEN},
+      {"4k3/4p3/8/8/8/8/4P3/4K3 w - - 0 1", POSITION_PAWN_ENDING},
+      {"4k3/8/8/8/8/8/4P3/4K3 b - - 0 1", POSITION_PAWN_ENDING},
+      // A lone piece whose owner has pawns is no lone piece.
+      {"4k3/4p3/8/8/8/8/4P3/4KN2 w - - 0 1", POSITION_OTHER_ENDGAME},
+      {"4k3/4p3/8/8/8/8/P7/R3K3 w - - 0 1", POSITION_OTHER_ENDGAME},
+      {"4k3/4p3/8/8/8/8/4P3/3QK3 w - - 0 1", POSITION_OTHER_ENDGAME},
+  });
 }
 
 TEST(ClassifyPosition, MatingTypeByMissingPawnsAndMaterialDifference) {
-  EXPECT_EQ(Classify("4k3/8/8/8/8/8/8/4K3 w - - 0 1"), POSITION_MATING);
-  EXPECT_EQ(Classify("rnbqkbnr/8/8/8/8/8/8/RNBQKBNR w - - 0 1"), POSITION_MATING);
-  EXPECT_EQ(Classify("4k3/8/8/8/8/8/8/RNBQK3 w - - 0 1", POSITION_MIDDLEGAME), POSITION_MATING);
-  // Pawnless White with a knight against a queen and a pawn: 7 points behind.
-  EXPECT_EQ(Classify("3qk3/4p3/8/8/8/8/8/4KN2 w - - 0 1"), POSITION_MATING);
-  // Pawnless White 5 points behind is mated; 4 points behind is not.
-  EXPECT_EQ(Classify("4k3/3rbp2/8/8/8/8/8/4KN2 w - - 0 1"), POSITION_MATING);
-  EXPECT_EQ(Classify("r3k2r/4p3/8/8/8/8/8/4KBN1 w - - 0 1"), POSITION_OTHER_ENDGAME);
-  EXPECT_EQ(Classify("r3k3/4p3/8/8/8/8/8/4K3 w - - 0 1"), POSITION_MATING);
-  EXPECT_EQ(Classify("n3k3/4p3/8/8/8/8/8/4K3 w - - 0 1"), POSITION_OTHER_ENDGAME);
-  // Pawnless Black: 5 points ahead of it is mating, 3 is not.
-  EXPECT_EQ(Classify("4k3/8/8/8/8/8/P7/R3K3 w - - 0 1"), POSITION_MATING);
-  EXPECT_EQ(Classify("4k3/8/8/8/8/8/P7/4KN2 w - - 0 1"), POSITION_OTHER_ENDGAME);
-}
-
-TEST(ClassifyPosition, EndgameTypesDontDependOnTheColours) {
-  // The opening test is White's first by design; the endgame types are colour-blind.
-  const char* const endgames[] = {
-      "4k3/p2rb3/8/8/8/8/P2RB3/4K3 w - - 0 1", "r7/p7/4k3/8/8/4K3/4P3/RRR5 w - - 0 1",
-      "2b1k3/8/8/8/8/8/4P3/2B1K3 w - - 0 1",   "4k3/4bp2/8/8/8/8/8/R3K3 w - - 0 1",
-      "4kn2/8/8/8/8/8/4P3/4K3 w - - 0 1",      "3qk3/4p3/8/8/8/8/8/4KN2 w - - 0 1",
-      "r3k2r/4p3/8/8/8/8/8/4KBN1 w - - 0 1",   "4k3/3rbp2/8/8/8/8/8/4KN2 w - - 0 1",
-      "4k3/8/8/8/8/8/P7/R3K3 w - - 0 1",       "4k3/4p3/8/8/8/8/4P3/R2QK3 w - - 0 1",
-  };
-  for (const char* fen : endgames) {
-    Board board = FromFen(fen);
-    EXPECT_EQ(ClassifyPosition(board, NO_POSITION_TYPE), ClassifyPosition(Mirrored(board), NO_POSITION_TYPE))
-        << fen;
-  }
+  ExpectTypes({
+      {"4k3/8/8/8/8/8/8/4K3 w - - 0 1", POSITION_MATING},
+      {"rnbqkbnr/8/8/8/8/8/8/RNBQKBNR w - - 0 1", POSITION_MATING},
+      {"4k3/8/8/8/8/8/8/RNBQK3 w - - 0 1", POSITION_MATING, POSITION_MIDDLEGAME},
+      // Pawnless White with a knight against a queen and a pawn: 7 points behind.
+      {"3qk3/4p3/8/8/8/8/8/4KN2 w - - 0 1", POSITION_MATING},
+      // Pawnless White 5 points behind is mated; 4 points behind is not.
+      {"4k3/3rbp2/8/8/8/8/8/4KN2 w - - 0 1", POSITION_MATING},
+      {"r3k2r/4p3/8/8/8/8/8/4KBN1 w - - 0 1", POSITION_OTHER_ENDGAME},
+      {"r3k3/4p3/8/8/8/8/8/4K3 w - - 0 1", POSITION_MATING},
+      {"n3k3/4p3/8/8/8/8/8/4K3 w - - 0 1", POSITION_OTHER_ENDGAME},
+      // Pawnless Black: 5 points ahead of it is mating, 3 is not.
+      {"4k3/8/8/8/8/8/P7/R3K3 w - - 0 1", POSITION_MATING},
+      {"4k3/8/8/8/8/8/P7/4KN2 w - - 0 1", POSITION_OTHER_ENDGAME},
+  });
 }
 
 }  // namespace

@@ -5,69 +5,47 @@
 #include "evaluation/passed_pawns.h"
 #include "evaluation/pawn_facts.h"
 #include "evaluation/position_type.h"
-#include "evaluation/simple_pawn_structure.h"
 #include "evaluation/simple_pieces.h"
 #include "evaluation/wrong_bishop_ending.h"
 #include "evaluation_test_support.h"
 
 namespace {
 
+using evaluation_test::FactsOf;
 using evaluation_test::ForEachNode;
 using evaluation_test::FromFen;
 using evaluation_test::Mirrored;
+using evaluation_test::PassedOf;
 
 constexpr int FAR_BOUND = 30000;
 
-// The record as Evaluate hands it to the simple evaluator on a pawn table miss.
-EvaluationRecord MissRecord(const Board& board, EvaluationSettings* settings) {
-  EvaluationRecord record{};
-  record.settings = settings;
-  ClearEvaluationRecord(record);
-  BuildPawnSquares(record, board);
-  FindPassedPawns(record, board);
-  return record;
-}
-
+// The simple evaluator's full score, as Evaluate calls it on a pawn table miss.
 int FullSimple(const Board& board, EvaluationSettings* settings) {
-  EvaluationRecord record = MissRecord(board, settings);
+  EvaluationRecord record = PassedOf(board);
+  record.settings = settings;
   record.allow_lazy_exits = false;
   return EvaluateSimple(record, board, FAR_BOUND);
 }
 
-// The facts the piece terms read, without the pawn structure value.
-EvaluationRecord FactsRecord(const Board& board) {
-  EvaluationRecord record{};
-  ClearEvaluationRecord(record);
-  BuildPawnSquares(record, board);
-  FindPassedPawns(record, board);
-  ComputeFileSets(record, board);
-  StartSideFacts(record, board);
-  ComputePawnFacts(record, board);
-  return record;
-}
-
 TEST(ScaleSimple, FewPawnsAndOppositeBishopsPullTheScoreTowardsADraw) {
-  Board no_pawns = FromFen("4k3/8/8/8/8/8/8/2N1K3 w - - 0 1");
-  EvaluationRecord record = FactsRecord(no_pawns);
-  EXPECT_EQ(ScaleSimple(record, no_pawns, 40, false), 10);    // 40 * 2 / 8, above 40 - 50
-  EXPECT_EQ(ScaleSimple(record, no_pawns, 400, false), 350);  // 400 - 50 beats 100
-  EXPECT_EQ(ScaleSimple(record, no_pawns, -400, false), -350);
-
+  auto scale = [](const char* fen, int score, bool opposite_bishops) {
+    Board board = FromFen(fen);
+    EvaluationRecord record = FactsOf(board);
+    return ScaleSimple(record, board, score, opposite_bishops);
+  };
+  const char* no_pawns = "4k3/8/8/8/8/8/8/2N1K3 w - - 0 1";
+  EXPECT_EQ(scale(no_pawns, 40, false), 10);    // 40 * 2 / 8, above 40 - 50
+  EXPECT_EQ(scale(no_pawns, 400, false), 350);  // 400 - 50 beats 100
+  EXPECT_EQ(scale(no_pawns, -400, false), -350);
   // Black is the stronger side with eight pawns: the score grows by an eighth.
-  Board eight = FromFen("4k3/pppppppp/8/8/8/8/8/2N1K3 w - - 0 1");
-  record = FactsRecord(eight);
-  EXPECT_EQ(ScaleSimple(record, eight, -80, false), -90);
-  EXPECT_EQ(ScaleSimple(record, eight, 80, false), 30);  // White has no pawn: max(20, 30)
-
+  const char* eight = "4k3/pppppppp/8/8/8/8/8/2N1K3 w - - 0 1";
+  EXPECT_EQ(scale(eight, -80, false), -90);
+  EXPECT_EQ(scale(eight, 80, false), 30);  // White has no pawn: max(20, 30)
   // Opposite bishops alone: 350 * 6 / 8 = 262, * 2 / 8 = 65, but not below 350 - 250.
-  Board bishops = FromFen("2b1k3/8/8/8/8/8/8/2B1K3 w - - 0 1");
-  record = FactsRecord(bishops);
-  EXPECT_EQ(ScaleSimple(record, bishops, 400, true), 100);
-  EXPECT_EQ(ScaleSimple(record, bishops, 1000, true), 700);
+  EXPECT_EQ(scale("2b1k3/8/8/8/8/8/8/2B1K3 w - - 0 1", 400, true), 100);
+  EXPECT_EQ(scale("2b1k3/8/8/8/8/8/8/2B1K3 w - - 0 1", 1000, true), 700);
   // With a knight more the bishops aren't alone: 350 * 6 / 8, against 100.
-  Board more = FromFen("2b1k3/8/8/8/8/8/8/2B1K1N1 w - - 0 1");
-  record = FactsRecord(more);
-  EXPECT_EQ(ScaleSimple(record, more, 400, true), 262);
+  EXPECT_EQ(scale("2b1k3/8/8/8/8/8/8/2B1K1N1 w - - 0 1", 400, true), 262);
 }
 
 TEST(EvaluateSimple, SidesWithoutMatingMaterialNeverScoreAboveTheDraw) {
@@ -82,13 +60,9 @@ TEST(EvaluateSimple, SidesWithoutMatingMaterialNeverScoreAboveTheDraw) {
     EXPECT_EQ(white_view, -50);
   }
   // A bishop and a knight can win.
-  Board pair = FromFen("4k3/4p3/8/8/8/8/8/3BK1N1 w - - 0 1");
-  EXPECT_GT(FullSimple(pair, &settings), 300);
+  EXPECT_GT(FullSimple(FromFen("4k3/4p3/8/8/8/8/8/3BK1N1 w - - 0 1"), &settings), 300);
   // The side that can't win may still lose: Black's pawns against the knight stay free.
-  Board pawns = FromFen("4k3/pppp4/8/8/8/8/8/4K1N1 w - - 0 1");
-  int score = FullSimple(pawns, &settings);
-  EXPECT_LT(score, -50);
-  EXPECT_NE(score, 0);
+  EXPECT_LT(FullSimple(FromFen("4k3/pppp4/8/8/8/8/8/4K1N1 w - - 0 1"), &settings), -50);
   // And the mirror: Black can't win, the draw score is White's view.
   Board mirror = Mirrored(FromFen("4k3/4p3/8/8/8/8/8/4K1N1 w - - 0 1"));
   settings.white_draw_score = 50;
@@ -114,8 +88,8 @@ TEST(SimpleRooks, TheSingleOpenFileWithNoOwnPawn) {
   // Black has pawns on files a to g: h is the one open file, and White has no pawn at all.
   Board open = FromFen("4k3/ppppppp1/8/8/8/8/8/4K2R w - - 0 1");
   Board half = FromFen("4k3/ppppp1p1/5p2/8/8/8/8/4K1R1 w - - 0 1");
-  EvaluationRecord open_record = FactsRecord(open);
-  EvaluationRecord half_record = FactsRecord(half);
+  EvaluationRecord open_record = FactsOf(open);
+  EvaluationRecord half_record = FactsOf(half);
   ASSERT_EQ(open_record.single_open_file, 7);
   // 7 + 12 on the open file against 4 on a half-open one, with n = 8 both times.
   EXPECT_EQ(SimpleRooks(open_record, open) - SimpleRooks(half_record, half), 7 + 12 - 4);
@@ -153,7 +127,8 @@ TEST(EvaluateSimple, MirrorsAgreeAndLazyAnswersMatchTheFullScore) {
       int full = FullSimple(node, &settings);
       ASSERT_EQ(FullSimple(Mirrored(node), &settings), full) << fen;
       for (int bound : {full - 900, full - 300, full, full + 1, full + 300, full + 900}) {
-        EvaluationRecord record = MissRecord(node, &settings);
+        EvaluationRecord record = PassedOf(node);
+        record.settings = &settings;
         int answer = EvaluateSimple(record, node, bound);
         lazy += record.lazy;
         if (record.lazy) ASSERT_EQ(answer >= bound, full >= bound) << fen << " bound " << bound;
@@ -163,23 +138,6 @@ TEST(EvaluateSimple, MirrorsAgreeAndLazyAnswersMatchTheFullScore) {
   }
   EXPECT_GT(positions, 500);
   EXPECT_GT(lazy, 100);
-}
-
-// The pawn structure value turns over with the board.
-TEST(SimplePawnStructure, MirrorNegatesTheValue) {
-  for (const char* fen : SIMPLE_POSITIONS) {
-    Board board = FromFen(fen);
-    ForEachNode(board, 1, [&](const Board& node) {
-      Board mirror = Mirrored(node);
-      EvaluationRecord a = FactsRecord(node);
-      EvaluationRecord b = FactsRecord(mirror);
-      FindPassedFronts(a);
-      FindPassedFronts(b);
-      SimplePawnStructure(a, node);
-      SimplePawnStructure(b, mirror);
-      ASSERT_EQ(a.pawn_summary.simple, -b.pawn_summary.simple) << fen;
-    });
-  }
 }
 
 }  // namespace

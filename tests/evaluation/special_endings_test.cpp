@@ -13,15 +13,13 @@ namespace {
 using evaluation_test::FromFen;
 using evaluation_test::Mirrored;
 
-TEST(RookAndPawnTest, KingOnTheQueeningSquareHoldsWhateverElseStands) {
+// The squares of White's rook, Black's rook, White's king, Black's king and White's pawn.
+TEST(RookAndPawnTest, QueeningSquareCutOffKingAndTheBridge) {
   InitAttackTables();
+  // The weak king on the queening square holds whatever else stands.
   EXPECT_EQ(RookAndPawn(Sq("a2"), Sq("h1"), Sq("d6"), Sq("e8"), Sq("e7")), 10);
   EXPECT_EQ(RookAndPawn(Sq("c1"), Sq("h6"), Sq("b6"), Sq("b8"), Sq("b5")), 10);
   EXPECT_EQ(RookAndPawn(Sq("d4"), Sq("a1"), Sq("g7"), Sq("h8"), Sq("h2")), 10);
-}
-
-TEST(RookAndPawnTest, AKingCutOffThreeFilesFromAPawnOnRankSixLoses) {
-  InitAttackTables();
   // The rook on the e-file keeps the king on the f-file away from the c-pawn.
   for (const char* wk : {"a1", "c7", "h1", "d4"}) {
     EXPECT_EQ(RookAndPawn(Sq("e2"), Sq("a8"), Sq(wk), Sq("f5"), Sq("c6")), 250 + 8 * 3) << wk;
@@ -32,11 +30,7 @@ TEST(RookAndPawnTest, AKingCutOffThreeFilesFromAPawnOnRankSixLoses) {
   EXPECT_LT(RookAndPawn(Sq("e2"), Sq("a8"), Sq("a1"), Sq("d5"), Sq("c6")), 250);
   // Not yet on rank six: the cut is worth less.
   EXPECT_LT(RookAndPawn(Sq("e2"), Sq("a8"), Sq("a1"), Sq("f5"), Sq("c4")), 250);
-}
-
-TEST(RookAndPawnTest, TheBridgePositionIsWon) {
-  InitAttackTables();
-  // King on the queening square, pawn on the seventh, the defending rook beside the pawn's file.
+  // The bridge: king on the queening square, pawn on the seventh, the black rook beside its file.
   EXPECT_EQ(RookAndPawn(Sq("g4"), Sq("c1"), Sq("d8"), Sq("h7"), Sq("d7")), 350 + 4 * 4 - 8 * 0);
   EXPECT_EQ(RookAndPawn(Sq("g1"), Sq("c1"), Sq("d8"), Sq("h7"), Sq("d7")), 350 + 4 * 4 - 8 * 3);
 }
@@ -44,7 +38,7 @@ TEST(RookAndPawnTest, TheBridgePositionIsWon) {
 // Rook endings with one pawn score the table's value from the side to move's view, the same for a
 // Black pawn as for the mirrored White one.
 TEST(RookEndingTest, OnePawnEndingsUseTheTableForBothColours) {
-  EvaluationRecord record;
+  EvaluationRecord record{};  // cleared, as Evaluate hands it over
   Board white_pawn = FromFen("r7/8/2P2k2/8/8/8/4R3/1K6 w - - 0 1");
   EXPECT_EQ(EvaluateRookEnding(record, white_pawn, 0), 274);
   Board black_to_move = FromFen("r7/8/2P2k2/8/8/8/4R3/1K6 b - - 0 1");

@@ -2,14 +2,14 @@
 
 #include <gtest/gtest.h>
 
+template <typename Value>
+using Rows = std::initializer_list<std::pair<const char*, Value>>;
+
 TEST(StringConversions, ToIntIsStrictInBothDirections) {
-  EXPECT_EQ(ToInt("0"), 0);
-  EXPECT_EQ(ToInt("-0"), 0);
-  EXPECT_EQ(ToInt("007"), 7);
-  EXPECT_EQ(ToInt("000"), 0);
-  EXPECT_EQ(ToInt("-007"), -7);
-  EXPECT_EQ(ToInt("2147483647"), 2147483647);
-  EXPECT_EQ(ToInt("-2147483647"), -2147483647);
+  for (const auto& [text, value] : Rows<int>{{"0", 0}, {"-0", 0}, {"007", 7}, {"000", 0}, {"-007", -7},
+                                             {"2147483647", 2147483647}, {"-2147483647", -2147483647}}) {
+    EXPECT_EQ(ToInt(text), value) << text;
+  }
   for (const char* bad : {"", "-", "--5", "+5", "5x", " 5", "5 ", "2147483648", "-2147483648",
                           "99999999999999999999", "0x10", "00-5", "1e3", "5-"}) {
     EXPECT_THROW(ToInt(bad), string_conversion_error) << bad;
@@ -22,23 +22,20 @@ TEST(StringConversions, ToUnsignedAndMemorySizes) {
   for (const char* bad : {"", "01", "-1", "+1", "18446744073709551616", "1 ", "a"}) {
     EXPECT_THROW(ToUnsigned(bad), string_conversion_error) << bad;
   }
-  EXPECT_EQ(ToMemorySize("512"), 512u);
-  EXPECT_EQ(ToMemorySize("8k"), 8u * 1024);
-  EXPECT_EQ(ToMemorySize("8M"), 8u * 1048576);
-  EXPECT_EQ(ToMemorySize("2g"), 2ull << 30);
-  EXPECT_EQ(ToMemorySize("3T"), 3ull << 40);
-  EXPECT_EQ(ToMemorySize("16777215T"), 16777215ull << 40);
+  for (const auto& [text, size] : Rows<std::uint64_t>{{"512", 512}, {"8k", 8u * 1024}, {"8M", 8u * 1048576},
+                                                      {"2g", 2ull << 30}, {"3T", 3ull << 40},
+                                                      {"16777215T", 16777215ull << 40}}) {
+    EXPECT_EQ(ToMemorySize(text), size) << text;
+  }
   for (const char* bad : {"", "M", "8X", "8MM", "08M", "-8M", "16777216T", "8 M"}) {
     EXPECT_THROW(ToMemorySize(bad), string_conversion_error) << bad;
   }
 }
 
 TEST(StringConversions, ToSecondsReadsMinutesAndSeconds) {
-  EXPECT_EQ(ToSeconds("0"), 10);
-  EXPECT_EQ(ToSeconds("00"), 0);
-  EXPECT_EQ(ToSeconds("5"), 300);
-  EXPECT_EQ(ToSeconds("1:30"), 90);
-  EXPECT_EQ(ToSeconds("0:05"), 5);
+  for (const auto& [text, seconds] : Rows<int>{{"0", 10}, {"00", 0}, {"5", 300}, {"1:30", 90}, {"0:05", 5}}) {
+    EXPECT_EQ(ToSeconds(text), seconds) << text;
+  }
   for (const char* bad : {"", ":", "1:", ":30", "x", "1:30:00", "99999999"}) {
     EXPECT_THROW(ToSeconds(bad), string_conversion_error) << bad;
   }
@@ -48,15 +45,12 @@ TEST(StringConversions, TextsOfNumbersAndSizes) {
   EXPECT_EQ(ToText(std::int32_t{-2147483647 - 1}), "-2147483648");
   EXPECT_EQ(ToText(std::int64_t{-5}), "-5");
   EXPECT_EQ(ToText(std::uint64_t{18446744073709551615ull}), "18446744073709551615");
-  EXPECT_EQ(MemorySizeText(0), "0 byte");
-  EXPECT_EQ(MemorySizeText(1023), "1023 byte");
-  EXPECT_EQ(MemorySizeText(1024), "1.00 kilobyte");
-  EXPECT_EQ(MemorySizeText(1536), "1.50 kilobyte");
-  EXPECT_EQ(MemorySizeText(4194304), "4.00 megabyte");
-  EXPECT_EQ(MemorySizeText(25165824), "24.00 megabyte");
-  EXPECT_EQ(MemorySizeText(1048575), "1023.99 kilobyte");
-  EXPECT_EQ(MemorySizeText(0x40000000), "1.00 gigabyte");
-  EXPECT_EQ(MemorySizeText(18446744073709551615ull), "17179869183.99 gigabyte");
+  for (const auto& [size, text] : std::initializer_list<std::pair<std::uint64_t, const char*>>{
+           {0, "0 byte"}, {1023, "1023 byte"}, {1024, "1.00 kilobyte"}, {1536, "1.50 kilobyte"},
+           {4194304, "4.00 megabyte"}, {25165824, "24.00 megabyte"}, {1048575, "1023.99 kilobyte"},
+           {0x40000000, "1.00 gigabyte"}, {18446744073709551615ull, "17179869183.99 gigabyte"}}) {
+    EXPECT_EQ(MemorySizeText(size), text) << size;
+  }
 }
 
 TEST(StringConversions, TextHelpersAndSquares) {
@@ -65,9 +59,9 @@ TEST(StringConversions, TextHelpersAndSquares) {
   EXPECT_EQ(Trim("   ", " "), "");
   EXPECT_TRUE(StartsWith("##Foo", "##"));
   EXPECT_FALSE(StartsWith("#", "##"));
-  EXPECT_EQ(ParseSquare("a1"), 0);
-  EXPECT_EQ(ParseSquare("H8"), 63);
-  EXPECT_EQ(ParseSquare("e4"), 28);
+  for (const auto& [text, square] : Rows<int>{{"a1", 0}, {"H8", 63}, {"e4", 28}}) {
+    EXPECT_EQ(ParseSquare(text), square) << text;
+  }
   for (const char* bad : {"", "e", "e9", "i1", "e44", "`1", "e0"}) EXPECT_EQ(ParseSquare(bad), std::nullopt) << bad;
   EXPECT_EQ(SquareText(0), "a1");
   EXPECT_EQ(SquareText(63), "h8");

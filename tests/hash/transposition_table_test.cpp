@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdint>
 #include <limits>
 
@@ -33,27 +34,25 @@ Probe Ask(const TRANSPOSITION_TABLE& table, std::uint64_t key, int ply, int dist
   return probe;
 }
 
+// An entry's bounds as {lower, lower depth, upper, upper depth}, and a bucket's two keys.
+using Bounds = std::array<int, 4>;
+Bounds BoundsOf(const HASH_ENTRY& e) { return {e.lower, e.lower_depth, e.upper, e.upper_depth}; }
+using Keys = std::array<std::uint64_t, 2>;
+Keys KeysOf(const HASH_ENTRY* bucket) { return {bucket[0].key, bucket[1].key}; }
+
 TEST(TranspositionTable, SizesArePowersOfTwoOfBucketsWithAFloor) {
   TRANSPOSITION_TABLE table;
   EXPECT_EQ(table.MemorySize(), 12288u);  // built at the smallest size
-
-  ASSERT_TRUE(table.Resize(1));
-  EXPECT_EQ(table.Mask() + 1, 256u);
-  EXPECT_EQ(table.SlotCount(), 512u);
-  ASSERT_TRUE(table.Resize(0));
-  EXPECT_EQ(table.MemorySize(), 12288u);
-
-  ASSERT_TRUE(table.Resize(33554432));
-  EXPECT_EQ(table.Mask() + 1, 524288u);
-  EXPECT_EQ(table.MemorySize(), 25165824u);
-  EXPECT_EQ(table.FreeSlotCount(), table.SlotCount());
-
-  ASSERT_TRUE(table.Resize(100000));  // 2083 buckets fit, the table takes 2048
-  EXPECT_EQ(table.Mask() + 1, 2048u);
-  ASSERT_TRUE(table.Resize(12288 + 47));
-  EXPECT_EQ(table.Mask() + 1, 256u);
-  ASSERT_TRUE(table.Resize(2 * 12288 - 1));
-  EXPECT_EQ(table.Mask() + 1, 256u);
+  // {bytes asked, buckets given}: the largest power of two that fits, at least 256 buckets of 48 bytes.
+  const std::pair<std::uint64_t, std::uint64_t> sizes[] = {
+      {1, 256}, {0, 256}, {33554432, 524288}, {100000, 2048}, {12288 + 47, 256}, {2 * 12288 - 1, 256}};
+  for (auto [bytes, buckets] : sizes) {
+    ASSERT_TRUE(table.Resize(bytes)) << bytes;
+    EXPECT_EQ(table.Mask() + 1, buckets) << bytes;
+    EXPECT_EQ(table.MemorySize(), 48 * buckets) << bytes;
+    EXPECT_EQ(table.SlotCount(), 2 * buckets) << bytes;
+    EXPECT_EQ(table.FreeSlotCount(), table.SlotCount()) << bytes;
+  }
 }
 
 TEST(TranspositionTable, RefusedSizeKeepsTheTableAndItsContent) {
@@ -131,14 +130,10 @@ TEST(TranspositionTable, StoresOfOnePositionNarrowTheSameEntry) {
   table.StoreEntry(LowerBound(5, 40, 128));
   table.StoreEntry(UpperBound(5, 50, 128));
   const HASH_ENTRY* bucket = table.Bucket(5);
-  EXPECT_EQ(bucket[0].key, 5u);
-  EXPECT_EQ(bucket[0].lower, 40);
-  EXPECT_EQ(bucket[0].lower_depth, 128);
-  EXPECT_EQ(bucket[0].upper, 50);
-  EXPECT_EQ(bucket[0].upper_depth, 128);
+  EXPECT_EQ(KeysOf(bucket), (Keys{5, 0}));  // one entry only
+  EXPECT_EQ(BoundsOf(bucket[0]), (Bounds{40, 128, 50, 128}));
   EXPECT_EQ(HashWordMove(bucket[0].word), G1F3);  // the new word
   EXPECT_FALSE(HashWordCutoff(bucket[0].word));
-  EXPECT_EQ(bucket[1].key, 0u);  // one entry only
 
   // A bound inconsistent with the new one is not inherited.
   table.StoreEntry(UpperBound(5, 30, 128));
@@ -173,43 +168,36 @@ TEST(TranspositionTable, ReplacementPrefersTheCurrentSearchAndDepth) {
   table.StoreEntry(LowerBound(1, 0, 300));
   table.StoreEntry(LowerBound(257, 0, 100));
   const HASH_ENTRY* bucket = table.Bucket(1);
-  EXPECT_EQ(bucket[0].key, 1u);  // deeper stays first
-  EXPECT_EQ(bucket[1].key, 257u);
+  EXPECT_EQ(KeysOf(bucket), (Keys{1, 257}));  // deeper stays first
 
   // A new position less deep than a current first entry overwrites the second, even a deeper one.
   table.StoreEntry(LowerBound(513, 0, 64));
-  EXPECT_EQ(bucket[0].key, 1u);
-  EXPECT_EQ(bucket[1].key, 513u);
+  EXPECT_EQ(KeysOf(bucket), (Keys{1, 513}));
   table.StoreEntry(LowerBound(769, 0, 300));  // as deep as the first: goes first
-  EXPECT_EQ(bucket[0].key, 769u);
-  EXPECT_EQ(bucket[1].key, 1u);
+  EXPECT_EQ(KeysOf(bucket), (Keys{769, 1}));
 
   // In a later search a new position goes first whatever its depth; the old first becomes second
   // with age 0, and the old second is gone.
   table.NewSearch();
   table.StoreEntry(LowerBound(513, 0, -64));
-  EXPECT_EQ(bucket[0].key, 513u);
+  EXPECT_EQ(KeysOf(bucket), (Keys{513, 769}));
   EXPECT_EQ(HashWordAge(bucket[0].word), table.Age());
-  EXPECT_EQ(bucket[1].key, 769u);
   EXPECT_EQ(HashWordAge(bucket[1].word), 0u);
 
   // An old deeper second entry touched again becomes current and moves to the front past an
   // old first one.
   table.NewSearch();
   table.StoreEntry(UpperBound(769, 10, 64));
-  EXPECT_EQ(bucket[0].key, 769u);
-  EXPECT_EQ(bucket[0].upper, 10);  // refined, while lower bound and word stay
-  EXPECT_EQ(bucket[0].lower, 0);
+  EXPECT_EQ(KeysOf(bucket), (Keys{769, 513}));
+  EXPECT_EQ(BoundsOf(bucket[0]), (Bounds{0, 300, 10, 64}));  // refined, while lower bound and word stay
   EXPECT_EQ(HashWordMove(bucket[0].word), E2E4);
   EXPECT_EQ(HashWordAge(bucket[0].word), table.Age());
-  EXPECT_EQ(bucket[1].key, 513u);
   EXPECT_EQ(HashWordAge(bucket[1].word), 0u);
 
   // A current second entry refined by a shallower store moves first only if deeper than the first.
   table.StoreEntry(LowerBound(1, 0, 32));   // new and shallow: second
   table.StoreEntry(LowerBound(1, 5, 16));   // refines the second, which is less deep than the first
-  EXPECT_EQ(bucket[0].key, 769u);
-  EXPECT_EQ(bucket[1].key, 1u);
+  EXPECT_EQ(KeysOf(bucket), (Keys{769, 1}));
   EXPECT_EQ(bucket[1].lower, 0);  // depth 16 < 32: no refinement
 }
 
@@ -219,16 +207,13 @@ TEST(TranspositionTable, ReplacingTheSecondEntryOfTheSamePosition) {
   table.StoreEntry(LowerBound(258, 0, 100));
   const HASH_ENTRY* bucket = table.Bucket(2);
   table.StoreEntry(LowerBound(258, 7, 150));  // deeper than before, still less than the first
-  EXPECT_EQ(bucket[0].key, 2u);
-  EXPECT_EQ(bucket[1].key, 258u);
+  EXPECT_EQ(KeysOf(bucket), (Keys{2, 258}));
   EXPECT_EQ(bucket[1].lower, 7);
   table.StoreEntry(LowerBound(258, 8, 250));  // now deeper than the first: swaps places
-  EXPECT_EQ(bucket[0].key, 258u);
-  EXPECT_EQ(bucket[1].key, 2u);
+  EXPECT_EQ(KeysOf(bucket), (Keys{258, 2}));
   table.NewSearch();
   table.StoreEntry(LowerBound(2, 9, 260));  // both old: the first is pushed down with age 0
-  EXPECT_EQ(bucket[0].key, 2u);
-  EXPECT_EQ(bucket[1].key, 258u);
+  EXPECT_EQ(KeysOf(bucket), (Keys{2, 258}));
   EXPECT_EQ(HashWordAge(bucket[1].word), 0u);
 }
 
@@ -247,10 +232,7 @@ TEST(TranspositionTable, AgeRunsFromOneToItsMaximumAndNeverHitsZero) {
 
 TEST(TranspositionTable, PvEntryAndMoveProbe) {
   HASH_ENTRY pv = MakePvEntry(99, E2E4, 4, true, false, true);
-  EXPECT_EQ(pv.lower, -32767);
-  EXPECT_EQ(pv.upper, 32767);
-  EXPECT_EQ(pv.lower_depth, -32767);
-  EXPECT_EQ(pv.upper_depth, -32767);
+  EXPECT_EQ(BoundsOf(pv), (Bounds{-32767, -32767, 32767, -32767}));
   EXPECT_EQ(HashWordMove(pv.word), E2E4);
   EXPECT_TRUE(HashWordCutoff(pv.word));
   EXPECT_EQ(HashWordPositionType(pv.word), 4);

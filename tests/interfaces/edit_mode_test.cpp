@@ -4,12 +4,11 @@
 #include <gtest/gtest.h>
 
 #include <deque>
-#include <iostream>
-#include <sstream>
 
 #include "frame/control_exceptions.h"
 #include "interfaces/console_protocol.h"
 #include "interfaces/fen.h"
+#include "interfaces/game_test_helpers.h"
 #include "interfaces/xboard_protocol.h"
 
 using namespace ZephrinInterfaces;
@@ -25,22 +24,15 @@ struct EditSession {
 
 EditSession Edit(BasicProtocol& protocol, std::deque<std::string> lines) {
   EditSession session;
-  std::ostringstream output;
-  std::streambuf* saved = std::cout.rdbuf(output.rdbuf());
+  test_helpers::CapturedOutput output;
   const LineReader read = [&lines] {
     if (lines.empty()) return std::string("quit");
     std::string line = lines.front();
     lines.pop_front();
     return line;
   };
-  try {
-    session.outcome = RunEditLoop(protocol, Board(), session.result, read);
-  } catch (...) {
-    std::cout.rdbuf(saved);
-    throw;
-  }
-  std::cout.rdbuf(saved);
-  session.output = output.str();
+  session.outcome = RunEditLoop(protocol, Board(), session.result, read);
+  session.output = output.Text();
   return session;
 }
 

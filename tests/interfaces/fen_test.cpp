@@ -52,36 +52,22 @@ TEST(Fen, MalformedTextIsAnIoErrorAndLeavesTheBoardAlone) {
   Board board;
   ReadFen("4k3/8/8/8/8/8/4P3/4K3 b - - 5 9", board);
   const Board before(board);
-  for (const char* bad : {
-           "",
-           "4k3/8/8/8/8/8/8/4K3 w - - 0",                // five fields
-           "4k3/8/8/8/8/8/8/4K3 w - - 0 1 extra",        // seven
-           "4k3/8/8/8/8/8/8/4K3 x - - 0 1",              // side
-           "4k3/8/8/8/8/8/8/4K3 W - - 0 1",
-           "4k3/8/8/8/8/8/8/4K3 w QKkq - 0 1",           // castling out of order
-           "4k3/8/8/8/8/8/8/4K3 w KK - 0 1",             // a letter twice
-           "4k3/8/8/8/8/8/8/4K3 w K- - 0 1",
-           "4k3/8/8/8/8/8/8/4K3 w - e9 0 1",             // en passant
-           "4k3/8/8/8/8/8/8/4K3 w - e 0 1",
-           "4k3/8/8/8/8/8/8/4K3 w - e33 0 1",
-           "4k3/8/8/8/8/8/8/4K3 w - - 101 1",            // half-move count
-           "4k3/8/8/8/8/8/8/4K3 w - - -1 1",
-           "4k3/8/8/8/8/8/8/4K3 w - - +5 1",
-           "4k3/8/8/8/8/8/8/4K3 w - - 5x 1",
-           "4k3/8/8/8/8/8/8/4K3 w - - 0 -1",             // move number
-           "4k3/8/8/8/8/8/8/4K3 w - - 0 99999999999999999999",
-           "4k3/8/8/8/8/8/8/4K3 w - - 0 4294967297",
-           "4k3/8/8/8/8/8/8/4K3 w - - 0 --1",
-           "4k3/8/8/8/8/8/8/4X3 w - - 0 1",              // bad piece letter
-           "4k3/8/8/8/8/8/8/4K4 w - - 0 1",              // a rank of nine squares
-           "4k3/9/8/8/8/8/8/4K3 w - - 0 1",
-           "4k3/ppppppppp/8/8/8/8/8/4K3 w - - 0 1",
-           "4k3/8/8/8/8/8/8/4K2 w - - 0 1",              // a rank of seven
-           "4k3/8/8/8/8/8/4K3 w - - 0 1",                // seven ranks
-           "4k3/8/8/8/8/8/8/8/4K3 w - - 0 1",            // nine ranks
-           "4k3/8/8/8/8/8/8/4K3/ w - - 0 1",
-           "4k3//8/8/8/8/8/4K3 w - - 0 1",
-           "4k3/8/8/8/8/8/8/4K3 w - - \"0 1",           // an unterminated quotation
+  const std::string kings = "4k3/8/8/8/8/8/8/4K3 ";
+  for (const std::string& bad : {
+           std::string(), kings + "w - - 0", kings + "w - - 0 1 extra",                    // five and seven fields
+           kings + "x - - 0 1", kings + "W - - 0 1",                                       // side
+           kings + "w QKkq - 0 1", kings + "w KK - 0 1", kings + "w K- - 0 1",             // castling
+           kings + "w - e9 0 1", kings + "w - e 0 1", kings + "w - e33 0 1",               // en passant
+           kings + "w - - 101 1", kings + "w - - -1 1", kings + "w - - +5 1", kings + "w - - 5x 1",  // half-moves
+           kings + "w - - 0 -1", kings + "w - - 0 99999999999999999999",                   // move number
+           kings + "w - - 0 4294967297", kings + "w - - 0 --1",
+           kings + "w - - \"0 1",                                                          // unterminated quotation
+           std::string("4k3/8/8/8/8/8/8/4X3 w - - 0 1"),                                   // bad piece letter
+           std::string("4k3/8/8/8/8/8/8/4K4 w - - 0 1"), std::string("4k3/9/8/8/8/8/8/4K3 w - - 0 1"),  // nine files
+           std::string("4k3/ppppppppp/8/8/8/8/8/4K3 w - - 0 1"),
+           std::string("4k3/8/8/8/8/8/8/4K2 w - - 0 1"),                                   // seven files
+           std::string("4k3/8/8/8/8/8/4K3 w - - 0 1"), std::string("4k3/8/8/8/8/8/8/8/4K3 w - - 0 1"),  // 7 or 9 ranks
+           std::string("4k3/8/8/8/8/8/8/4K3/ w - - 0 1"), std::string("4k3//8/8/8/8/8/4K3 w - - 0 1"),
        }) {
     EXPECT_THROW(ReadFen(bad, board), fen_io_error) << bad;
     EXPECT_EQ(0, std::memcmp(board.squares, before.squares, sizeof(board.squares))) << bad;
@@ -94,13 +80,12 @@ TEST(Fen, IllegalPositionsAreRefused) {
   Board board;
   const Board before(board);
   for (const char* bad : {
-           "8/8/8/8/8/8/8/4K3 w - - 0 1",                 // a missing king
-           "4k3/8/8/8/8/8/8/4KK2 w - - 0 1",
-           "4k3/8/8/8/8/8/8/P3K3 w - - 0 1",              // pawn on the first rank
-           "4k3/8/8/8/8/8/8/R3K2r b - - 0 1",             // the side not to move in check
-           "4k3/8/8/8/8/8/8/4K3 w K - 0 1",               // right without rook
-           "4k3/8/8/8/4P3/8/8/4K3 w - e3 0 1",            // target on the wrong rank for the side
-           "4k3/8/8/8/8/8/8/4K3 b - e3 0 1",              // no pawn in front of the target
+           "8/8/8/8/8/8/8/4K3 w - - 0 1", "4k3/8/8/8/8/8/8/4KK2 w - - 0 1",  // a missing king, two kings
+           "4k3/8/8/8/8/8/8/P3K3 w - - 0 1",                                 // pawn on the first rank
+           "4k3/8/8/8/8/8/8/R3K2r b - - 0 1",                                // the side not to move in check
+           "4k3/8/8/8/8/8/8/4K3 w K - 0 1",                                  // right without rook
+           "4k3/8/8/8/4P3/8/8/4K3 w - e3 0 1",  // target on the wrong rank for the side
+           "4k3/8/8/8/8/8/8/4K3 b - e3 0 1",    // no pawn in front of the target
        }) {
     EXPECT_THROW(ReadFen(bad, board), fen_invalid_position) << bad;
     EXPECT_EQ(BoardToFen(board, 1), START) << bad;

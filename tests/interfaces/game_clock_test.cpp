@@ -22,12 +22,14 @@ std::string ErrorOf(const std::string& tc_text) {
   return "accepted";
 }
 
-void ExpectLimits(std::int32_t moves_left, std::int64_t ms_left, std::int32_t hard, std::int32_t soft) {
+// The hard and soft limit that `limits` gives for a clock.
+std::pair<std::int32_t, std::int32_t> Limits(SearchTimeLimits (*limits)(const PlayerClock&), std::int32_t moves_left,
+                                             std::int64_t ms_left) {
   PlayerClock clock;
   clock.moves_left = moves_left;
   clock.ms_left = ms_left;
-  EXPECT_EQ(TimeLimits(clock).max_time_limit, hard) << moves_left << " moves, " << ms_left << " ms";
-  EXPECT_EQ(TimeLimits(clock).variable_time_limit, soft) << moves_left << " moves, " << ms_left << " ms";
+  const SearchTimeLimits result = limits(clock);
+  return {result.max_time_limit, result.variable_time_limit};
 }
 
 }  // namespace
@@ -83,32 +85,25 @@ TEST(TimeControl, TcPeriodsAndErrors) {
 }
 
 TEST(TimeControl, TimeLimitsAtTheEdges) {
-  ExpectLimits(40, 300000, 135000, 3658);
-  ExpectLimits(-1, 300000, 300000 - 45000 - 90000, 300000 / 62);
-  ExpectLimits(-1, 1000, 150, 150);  // "time 100" without a move count
-  ExpectLimits(-1, -1, 150, 150);
-  ExpectLimits(40, 0, 150, 150);
-  ExpectLimits(-1, (std::int64_t{1} << 32) + 100000, 150, 100000 / 62);  // low 32 bits only
-  ExpectLimits(1, 10000, 10000, 2500);  // the last move of a period may use everything
-  ExpectLimits(20, 50000, 2500, 1190);  // at least an even share
-}
+  using Pair = std::pair<std::int32_t, std::int32_t>;
+  EXPECT_EQ(Limits(TimeLimits, 40, 300000), Pair(135000, 3658));
+  EXPECT_EQ(Limits(TimeLimits, -1, 300000), Pair(300000 - 45000 - 90000, 300000 / 62));
+  EXPECT_EQ(Limits(TimeLimits, -1, 1000), Pair(150, 150));  // "time 100" without a move count
+  EXPECT_EQ(Limits(TimeLimits, -1, -1), Pair(150, 150));
+  EXPECT_EQ(Limits(TimeLimits, 40, 0), Pair(150, 150));
+  EXPECT_EQ(Limits(TimeLimits, -1, (std::int64_t{1} << 32) + 100000), Pair(150, 100000 / 62));  // low 32 bits only
+  EXPECT_EQ(Limits(TimeLimits, 1, 10000), Pair(10000, 2500));  // the last move of a period may use everything
+  EXPECT_EQ(Limits(TimeLimits, 20, 50000), Pair(2500, 1190));  // at least an even share
 
-TEST(TimeControl, GameLimitsKeepAReserveBeforeTheFlag) {
-  const auto limits = [](std::int32_t moves_left, std::int64_t ms_left) {
-    PlayerClock clock;
-    clock.moves_left = moves_left;
-    clock.ms_left = ms_left;
-    const SearchTimeLimits game = GameTimeLimits(clock);
-    return std::pair{game.max_time_limit, game.variable_time_limit};
-  };
-  // The last move of a period no longer gets the whole clock.
-  EXPECT_EQ(limits(1, 10000), std::pair(10000 - 625 - 150, 2500));
-  EXPECT_EQ(limits(1, 800), std::pair(800 - 50 - 150, 200));
-  EXPECT_EQ(limits(1, 160), std::pair(40, 40));  // a quarter at least; the plan never exceeds it
+  // A game search keeps a reserve before the flag on the last move of a period.
+  EXPECT_EQ(Limits(GameTimeLimits, 1, 10000), Pair(10000 - 1250 - 300, 2500));
+  EXPECT_EQ(Limits(GameTimeLimits, 1, 800), Pair(800 - 100 - 300, 200));
+  EXPECT_EQ(Limits(GameTimeLimits, 2, 800), Pair(400, 150));  // half the clock is within the reserve
+  EXPECT_EQ(Limits(GameTimeLimits, 1, 320), Pair(40, 40));  // an eighth at least; the plan never exceeds it
   // Where the clock already leaves room, the limits stand as they are.
-  EXPECT_EQ(limits(40, 300000), std::pair(135000, 3658));
-  EXPECT_EQ(limits(-1, 1000), std::pair(150, 150));
-  EXPECT_EQ(limits(-1, -1), std::pair(150, 150));
+  EXPECT_EQ(Limits(GameTimeLimits, 40, 300000), Pair(135000, 3658));
+  EXPECT_EQ(Limits(GameTimeLimits, -1, 1000), Pair(150, 150));
+  EXPECT_EQ(Limits(GameTimeLimits, -1, -1), Pair(150, 150));
 }
 
 TEST(GameClock, SwitchingResettingAndStopping) {

@@ -58,12 +58,12 @@ TEST(GameFiles, FenFiles) {
   EXPECT_EQ(FileError([] { LoadFen("/nonexistent/zephrin/position.fen"); }), "could not open file");
   EXPECT_EQ(FileError([] { SaveFen("/nonexistent/zephrin/position.fen", UserBoard()); }),
             "could not open file");
-  file.Write("8/8/8/4k3/8/8/8/R3K3 b - -");
-  EXPECT_EQ(FileError([&] { LoadFen(file.Name()); }), "could not read FEN file");
-  file.Write("8/8/8/4k3/8/8/8/R3K3 x - - 0 1");
-  EXPECT_EQ(FileError([&] { LoadFen(file.Name()); }), "could not read FEN file");
-  file.Write("8/8/8/4k3/8/8/8/R7 w - - 0 1");
-  EXPECT_EQ(FileError([&] { LoadFen(file.Name()); }), "Illegal position");
+  for (const auto& [text, error] : {std::pair{"8/8/8/4k3/8/8/8/R3K3 b - -", "could not read FEN file"},
+                                    {"8/8/8/4k3/8/8/8/R3K3 x - - 0 1", "could not read FEN file"},
+                                    {"8/8/8/4k3/8/8/8/R7 w - - 0 1", "Illegal position"}}) {
+    file.Write(text);
+    EXPECT_EQ(FileError([&] { LoadFen(file.Name()); }), error) << text;
+  }
   if (access("/dev/full", W_OK) == 0) {
     EXPECT_EQ(FileError([] { SaveFen("/dev/full", UserBoard()); }), "could not write FEN file");
   }

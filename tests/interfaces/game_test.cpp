@@ -4,12 +4,10 @@
 
 #include <gtest/gtest.h>
 
-#include <iostream>
 #include <sstream>
 
 #include "frame/control_exceptions.h"
 #include "interfaces/console_protocol.h"
-#include "interfaces/fen.h"
 #include "interfaces/game_test_helpers.h"
 #include "interfaces/xboard_protocol.h"
 
@@ -19,14 +17,8 @@ using test_helpers::Play;
 
 namespace {
 
-Board Position(const std::string& fen) {
-  Board board;
-  ReadFen(fen, board);
-  return board;
-}
-
 const Board WITH_QUEENS = Board();
-const Board ROOK_ENDING = Position("4k3/4r3/8/8/8/8/3R4/4K3 w - - 0 1");
+const Board ROOK_ENDING = test_helpers::BoardFrom("4k3/4r3/8/8/8/8/3R4/4K3 w - - 0 1");
 
 DrawResignTracker After(std::initializer_list<int> scores, bool computer, const Board& position = WITH_QUEENS) {
   DrawResignTracker tracker;
@@ -38,11 +30,7 @@ DrawResignTracker After(std::initializer_list<int> scores, bool computer, const 
 // A game after 1. e4 in which the engine plays Black and has just searched; output is kept.
 class GameTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    saved_ = std::cout.rdbuf(output_.rdbuf());
-    UseProtocol(std::make_unique<ConsoleProtocol>());
-  }
-  void TearDown() override { std::cout.rdbuf(saved_); }
+  void SetUp() override { UseProtocol(std::make_unique<ConsoleProtocol>()); }
 
   void UseProtocol(std::unique_ptr<BasicProtocol> protocol) {
     game = std::make_unique<Game>(std::move(protocol));
@@ -75,17 +63,9 @@ class GameTest : public ::testing::Test {
     ADD_FAILURE() << "no search was requested";
     return {};
   }
-  std::string Take() {
-    std::string text = output_.str();
-    output_.str("");
-    return text;
-  }
 
+  test_helpers::CapturedOutput output;
   std::unique_ptr<Game> game;
-
- private:
-  std::ostringstream output_;
-  std::streambuf* saved_ = nullptr;
 };
 
 }  // namespace
@@ -154,7 +134,7 @@ TEST(DrawResignTracker, DrawOffersAndTheirAnswers) {
 TEST_F(GameTest, TheEngineMovesAfterItsSearch) {
   FinishSearch("e5 Nf3", 10);
   EXPECT_EQ(PositionToFen(*game), "rnbqkbnr/pppp1ppp/8/4p3/4P3/8/PPPP1PPP/RNBQKBNR w KQkq e6 0 2");
-  EXPECT_TRUE(Take().starts_with("Zephrin played: e5\n    +---+"));
+  EXPECT_TRUE(output.Take().starts_with("Zephrin played: e5\n    +---+"));
   EXPECT_EQ(game->search_state, SEARCH_STATE_IDLE);
   EXPECT_EQ(game->clock.active, WHITE);
 
@@ -168,19 +148,19 @@ TEST_F(GameTest, TheEngineMovesAfterItsSearch) {
 TEST_F(GameTest, TheEngineAnswersADrawOffer) {
   game->tracker.draw_offered = true;
   FinishSearch("e5", 100);
-  EXPECT_TRUE(Take().starts_with("Zephrin rejects the draw offer and wants to play on.\nZephrin played: e5\n"));
+  EXPECT_TRUE(output.Take().starts_with("Zephrin rejects the draw offer and wants to play on.\nZephrin played: e5\n"));
   EXPECT_FALSE(game->tracker.draw_offered);
   // A computer isn't told.
   UseProtocol(std::make_unique<ConsoleProtocol>());
   game->tracker.opponent_is_computer = true;
   game->tracker.draw_offered = true;
   FinishSearch("e5", 100);
-  EXPECT_TRUE(Take().starts_with("Zephrin played: e5\n"));
+  EXPECT_TRUE(output.Take().starts_with("Zephrin played: e5\n"));
 
   UseProtocol(std::make_unique<ConsoleProtocol>());
   game->tracker.draw_offered = true;
   FinishSearch("e5", -400);
-  EXPECT_EQ(Take(), "Zephrin accepts draw offer\ngame over: 1/2-1/2 (Mutual agreement)\n");
+  EXPECT_EQ(output.Take(), "Zephrin accepts draw offer\ngame over: 1/2-1/2 (Mutual agreement)\n");
   EXPECT_EQ(game->Moves().size(), 1u);
   EXPECT_TRUE(game->IsFinished());
 
@@ -188,14 +168,15 @@ TEST_F(GameTest, TheEngineAnswersADrawOffer) {
   UseProtocol(std::make_unique<XBoardProtocol_1>());
   game->tracker.draw_offered = true;
   FinishSearch("e5", -400);
-  EXPECT_EQ(Take(), "offer draw\nmove e5\n");
+  EXPECT_EQ(output.Take(), "offer draw\nmove e5\n");
   EXPECT_FALSE(game->IsFinished());
 }
 
 TEST_F(GameTest, TheEngineResignsOrOffersADraw) {
   game->tracker.below_threshold = 5;
   FinishSearch("e5", -1000);
-  EXPECT_NE(Take().find("Congratulations! Zephrin resigns.\ngame over: 1-0 (Black resigns)\n"), std::string::npos);
+  EXPECT_NE(output.Take().find("Congratulations! Zephrin resigns.\ngame over: 1-0 (Black resigns)\n"),
+            std::string::npos);
   EXPECT_EQ(game->Current().result, RESULT_WHITE_WINS);
 
   UseProtocol(std::make_unique<XBoardProtocol_1>());
@@ -203,7 +184,7 @@ TEST_F(GameTest, TheEngineResignsOrOffersADraw) {
   game->tracker.same_score = 1;
   game->tracker.moves = 1;
   FinishSearch("e5", 0);
-  EXPECT_EQ(Take(), "move e5\noffer draw\n");
+  EXPECT_EQ(output.Take(), "move e5\noffer draw\n");
   EXPECT_EQ(game->tracker.moves_since_offer, 0);
 }
 

@@ -1,16 +1,25 @@
-// Small helpers for the tests of the game record and its text forms.
+// Small helpers for the tests of the game record, its text forms and the protocols.
 #pragma once
 
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <iostream>
 #include <sstream>
 #include <string>
 
+#include "interfaces/fen.h"
 #include "interfaces/move_text.h"
 #include "interfaces/user_board.h"
 
 namespace test_helpers {
+
+// A position from FEN text.
+inline Board BoardFrom(const std::string& fen) {
+  Board board;
+  ZephrinInterfaces::ReadFen(fen, board);
+  return board;
+}
 
 // A game from FEN text, or from the start position for an empty text.
 inline UserBoard GameFrom(const std::string& fen = "") {
@@ -48,5 +57,25 @@ inline std::string Slurp(const std::string& file_name) {
 inline std::string DataFile(const std::string& name) {
   return std::string(ZEPHRIN_SOURCE_DIR) + "/tests/data/" + name;
 }
+
+// Keeps what the program writes to standard output while it lives.
+class CapturedOutput {
+ public:
+  CapturedOutput() : saved_(std::cout.rdbuf(text_.rdbuf())) {}
+  ~CapturedOutput() { std::cout.rdbuf(saved_); }
+  CapturedOutput(const CapturedOutput&) = delete;
+  CapturedOutput& operator=(const CapturedOutput&) = delete;
+  std::string Text() const { return text_.str(); }
+  // The text so far, which is then forgotten.
+  std::string Take() {
+    std::string text = text_.str();
+    text_.str("");
+    return text;
+  }
+
+ private:
+  std::ostringstream text_;
+  std::streambuf* saved_;
+};
 
 }  // namespace test_helpers

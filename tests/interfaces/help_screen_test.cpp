@@ -3,8 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include <iostream>
-#include <sstream>
+#include "interfaces/game_test_helpers.h"
 
 using namespace ZephrinHelpScreen;
 
@@ -35,10 +34,7 @@ TEST(HelpScreen, DescriptionsWrapUnderTheirColumn) {
 }
 
 TEST(HelpScreen, ShowFillsTheKeyColumnWithDots) {
-  std::ostringstream output;
-  std::streambuf* saved = std::cout.rdbuf(output.rdbuf());
-  SimpleHelpScreenFormatter screen({{"quit", "Leaves the program"}, {"#", "Clears the board"}});
-  screen.ShowSized(0, 80);
-  std::cout.rdbuf(saved);
-  EXPECT_EQ(output.str(), "command    description\n#..........Clears the board\nquit.......Leaves the program\n");
+  test_helpers::CapturedOutput output;
+  SimpleHelpScreenFormatter({{"quit", "Leaves the program"}, {"#", "Clears the board"}}).ShowSized(0, 80);
+  EXPECT_EQ(output.Text(), "command    description\n#..........Clears the board\nquit.......Leaves the program\n");
 }

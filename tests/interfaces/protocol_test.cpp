@@ -1,11 +1,9 @@
 // What each protocol writes for the operations that the search and the game call.
 #include <gtest/gtest.h>
 
-#include <iostream>
-#include <sstream>
-
 #include "interfaces/console_protocol.h"
 #include "interfaces/game.h"
+#include "interfaces/game_test_helpers.h"
 #include "interfaces/xboard_protocol.h"
 
 using namespace ZephrinInterfaces;
@@ -14,17 +12,10 @@ namespace {
 
 class ProtocolTest : public ::testing::Test {
  protected:
-  void SetUp() override { saved_ = std::cout.rdbuf(output_.rdbuf()); }
-  void TearDown() override { std::cout.rdbuf(saved_); }
-  std::string Take() {
-    std::string text = output_.str();
-    output_.str("");
-    return text;
-  }
+  std::string Take() { return output_.Take(); }
 
  private:
-  std::ostringstream output_;
-  std::streambuf* saved_ = nullptr;
+  test_helpers::CapturedOutput output_;
 };
 
 SearchReport Report(std::int32_t score, std::uint64_t nodes) {
@@ -43,12 +34,10 @@ SearchReport Report(std::int32_t score, std::uint64_t nodes) {
 }  // namespace
 
 TEST(ScoreText, MatesCountInMoves) {
-  EXPECT_EQ(ScoreText(31767), "31767");
-  EXPECT_EQ(ScoreText(-31767), "-31767");
-  EXPECT_EQ(ScoreText(32766), "#1");
-  EXPECT_EQ(ScoreText(32763), "#2");
-  EXPECT_EQ(ScoreText(-32763), "-#2");
-  EXPECT_EQ(ScoreText(31768), "#500");
+  for (const auto& [score, text] : std::initializer_list<std::pair<int, const char*>>{
+           {31767, "31767"}, {-31767, "-31767"}, {32766, "#1"}, {32763, "#2"}, {-32763, "-#2"}, {31768, "#500"}}) {
+    EXPECT_EQ(ScoreText(score), text) << score;
+  }
 }
 
 TEST_F(ProtocolTest, ConsoleThinkingFollowsPost) {

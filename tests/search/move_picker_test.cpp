@@ -5,38 +5,23 @@
 #include <algorithm>
 #include <vector>
 
-#include "board/move_generator.h"
-#include "interfaces/fen.h"
+#include "board/board_test_helpers.h"
 #include "search/quiescence.h"
 
 namespace {
 
-Board FromFen(const std::string& fen) {
-  Board board;
-  ZephrinInterfaces::ReadFen(fen, board);
-  return board;
-}
-
-Move FindMove(const Board& board, Square from, Square to) {
-  Move list[MAX_MOVES];
-  Move* end = GenerateMoves(list, board, GEN_ALL);
-  for (Move* m = list; m < end; ++m) {
-    if (MoveFrom(*m) == from && MoveTo(*m) == to) return *m;
-  }
-  ADD_FAILURE() << "no move " << from << "-" << to;
-  return 0;
-}
+using namespace board_test;
 
 TEST(TacticalValue, ExamplesOfCapturesAndChecks) {
   Board queen_capture = FromFen("4k3/8/4p3/3q4/4P3/8/8/4K3 w - - 0 1");
-  int value = TacticalValue(queen_capture, FindMove(queen_capture, 28, 35), 0);  // exd5, defended
+  int value = TacticalValue(queen_capture, FindMove(queen_capture, "e4d5"), 0);  // exd5, defended
   EXPECT_EQ(value, 325 + 10 + 115 + 15);
 
   Board pawn_capture = FromFen("4k3/8/2p5/3p4/8/4N3/8/4K3 w - - 0 1");
-  EXPECT_EQ(TacticalValue(pawn_capture, FindMove(pawn_capture, 20, 35), 0), 325 + 4 - 12 - 8);  // Nxd5
+  EXPECT_EQ(TacticalValue(pawn_capture, FindMove(pawn_capture, "e3d5"), 0), 325 + 4 - 12 - 8);  // Nxd5
 
   Board queen_check = FromFen("4k3/8/8/8/6Q1/8/8/3RK3 w - - 0 1");
-  Move qd7 = FindMove(queen_check, 30, 51);
+  Move qd7 = FindMove(queen_check, "g4d7");
   EXPECT_EQ(TacticalValue(queen_check, qd7, 0), 325 + 15 + 75);
   EXPECT_EQ(TacticalValue(queen_check, qd7, 32000), 325 + 15 + 75 + 55);  // playing for mate
 }
@@ -54,9 +39,16 @@ struct PickedRegion {
   bool final;
 };
 
-std::vector<PickedRegion> PickAll(Move* list, Move* end, const PickerContext& context) {
+std::vector<Move> AllMoves(const Board& board) {
+  Move list[MAX_MOVES];
+  return {list, GenerateMoves(list, board, GEN_ALL)};
+}
+
+// The regions that the picker hands out, in order, for the moves of the context's position.
+std::vector<PickedRegion> PickAll(const PickerContext& context) {
+  std::vector<Move> moves = AllMoves(context.board);
   std::vector<PickedRegion> regions;
-  MovePickerState state(list, end);
+  MovePickerState state(moves.data(), moves.data() + moves.size());
   MoveRegion region;
   do {
     MovePicker(state, context, region);
@@ -77,18 +69,16 @@ const char* const BUSY = "r1bqk2r/ppp2ppp/2np1n2/2b1p1B1/2B1P3/2NP1N2/PPP2PPP/R2
 
 TEST(MovePicker, LazyPickerGivesEveryMoveOnceStageByStage) {
   Board board = FromFen(BUSY);
-  Move list[MAX_MOVES];
-  Move* end = GenerateMoves(list, board, GEN_ALL);
-  std::vector<Move> all(list, end);
-  Move quiet_killer = FindMove(board, 4, 6);       // O-O
-  Move losing_capture = FindMove(board, 26, 53);   // Bxf7+, a losing capture with check
-  Move history_move = FindMove(board, 0, 1);       // Rb1
+  const std::vector<Move> all = AllMoves(board);
+  Move quiet_killer = FindMove(board, "e1g1");      // O-O
+  Move losing_capture = FindMove(board, "c4f7");  // Bxf7+, a losing capture with check
+  Move history_move = FindMove(board, "a1b1");      // Rb1
   HistoryTable history;
   history.NewHistoryGeneration();
   history.UpdateHistory(history_move, WHITE, 320, 2);
   PickerContext context{board, 640, 0, 0, 1, {losing_capture, quiet_killer}, history, 1};
 
-  std::vector<PickedRegion> regions = PickAll(list, end, context);
+  std::vector<PickedRegion> regions = PickAll(context);
   std::vector<Move> picked;
   for (const PickedRegion& r : regions) picked.insert(picked.end(), r.moves.begin(), r.moves.end());
   EXPECT_EQ(Sorted(picked), Sorted(all));
@@ -122,14 +112,12 @@ TEST(MovePicker, LazyPickerGivesEveryMoveOnceStageByStage) {
 
 TEST(MovePicker, EagerPickerRemovesTheHashMoveAndSortsEachStage) {
   Board board = FromFen(BUSY);
-  Move list[MAX_MOVES];
-  Move* end = GenerateMoves(list, board, GEN_ALL);
-  std::vector<Move> all(list, end);
-  Move hash_move = FindMove(board, 21, 36);  // Nxe5
+  std::vector<Move> all = AllMoves(board);
+  Move hash_move = FindMove(board, "f3e5");  // Nxe5
   HistoryTable history;
   history.NewHistoryGeneration();
   PickerContext context{board, 640, 0, hash_move, 1, {}, history, 1};
-  std::vector<PickedRegion> regions = PickAll(list, end, context);
+  std::vector<PickedRegion> regions = PickAll(context);
   ASSERT_EQ(regions.size(), 1u);  // with a hash move the picker is eager
   EXPECT_TRUE(regions[0].final);
   all.erase(std::find(all.begin(), all.end(), hash_move));
@@ -144,25 +132,19 @@ TEST(MovePicker, EagerPickerRemovesTheHashMoveAndSortsEachStage) {
 
 TEST(MovePicker, AllNodesAndShortListsAreEager) {
   Board board = FromFen("4k3/8/8/8/8/8/4P3/4K3 w - - 0 1");
-  Move list[MAX_MOVES];
-  Move* end = GenerateMoves(list, board, GEN_ALL);
-  ASSERT_LT(end - list, 7);
+  ASSERT_LT(AllMoves(board).size(), 7u);
   HistoryTable history;
-  PickerContext context{board, 640, 0, 0, 1, {}, history, 15};
-  EXPECT_EQ(PickAll(list, end, context).size(), 1u);
-
+  EXPECT_EQ(PickAll(PickerContext{board, 640, 0, 0, 1, {}, history, 15}).size(), 1u);
   Board busy = FromFen(BUSY);
-  end = GenerateMoves(list, busy, GEN_ALL);
-  PickerContext all_node{busy, 640, 0, 0, -1, {}, history, 1};
-  EXPECT_EQ(PickAll(list, end, all_node).size(), 1u);
+  EXPECT_EQ(PickAll(PickerContext{busy, 640, 0, 0, -1, {}, history, 1}).size(), 1u);  // an all node
 }
 
 TEST(ScoreQuiescenceMoves, RemovesHashMoveAndFavoursKillersAndBigGains) {
   Board board = FromFen(BUSY);
   Move list[MAX_MOVES];
   Move* end = GenerateMoves(list, board, 0x1f);
-  Move hash_move = FindMove(board, 38, 45);   // Bxf6
-  Move killer = FindMove(board, 26, 53);      // Bxf7+
+  Move hash_move = FindMove(board, "g5f6");  // Bxf6
+  Move killer = FindMove(board, "c4f7");     // Bxf7+
   std::size_t count = std::size_t(end - list);
   Move* new_end = ScoreQuiescenceMoves(list, end, hash_move, {killer, 0}, 0, board);
   ASSERT_EQ(std::size_t(new_end - list), count - 1);
@@ -178,12 +160,12 @@ TEST(ScoreQuiescenceMoves, RemovesHashMoveAndFavoursKillersAndBigGains) {
 TEST(QuiescenceFilter, ExchangeRulesAndChecks) {
   // Pawn takes queen passes without an exchange look; queen takes a pawn defended by a pawn fails.
   Board board = FromFen("4k3/8/2p5/1p1q4/2P5/8/8/3QK3 w - - 0 1");
-  EXPECT_TRUE(QuiescenceFilter(board, FindMove(board, 26, 35), 0, 0, 1));  // cxd5
+  EXPECT_TRUE(QuiescenceFilter(board, FindMove(board, "c4d5"), 0, 0, 1));  // cxd5
   Board greedy = FromFen("4k3/8/2p5/1p6/8/8/8/1Q2K3 w - - 0 1");
-  EXPECT_FALSE(QuiescenceFilter(greedy, FindMove(greedy, 1, 33), 0, -500, 1));  // Qxb5 loses the queen
+  EXPECT_FALSE(QuiescenceFilter(greedy, FindMove(greedy, "b1b5"), 0, -500, 1));  // Qxb5 loses the queen
   // A double check is searched at any distance.
   Board discovered = FromFen("4k3/8/8/8/8/8/4N3/K3R3 w - - 0 1");
-  Move nd4 = FindMove(discovered, 12, 27);  // discovers the rook, no direct check
+  Move nd4 = FindMove(discovered, "e2d4");  // discovers the rook, no direct check
   EXPECT_TRUE(QuiescenceFilter(discovered, nd4, -16, 0, 1));
   EXPECT_EQ(GenerationSet(-200, 32000, false), 0);
   EXPECT_EQ(GenerationSet(-100, 32000, false), GEN_CHECKS);

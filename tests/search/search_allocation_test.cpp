@@ -6,8 +6,8 @@
 #include <cstdlib>
 #include <new>
 
+#include "board/board_test_helpers.h"
 #include "hash/hash.h"
-#include "interfaces/fen.h"
 #include "search/search.h"
 
 namespace {
@@ -34,9 +34,7 @@ namespace {
 TEST(SearchAllocation, NodesAllocateNothing) {
   TranspositionTable.Resize(1 << 20);
   Search search;
-  Board board;
-  ZephrinInterfaces::ReadFen("r1bq1rk1/pp2bppp/2n1pn2/3p4/2PP4/2N1PN2/PP2BPPP/R2QKB1R w KQ - 0 8", board);
-  search.tree->Reset(board);
+  search.tree->Reset(board_test::FromFen("r1bq1rk1/pp2bppp/2n1pn2/3p4/2PP4/2N1PN2/PP2BPPP/R2QKB1R w KQ - 0 8"));
   search.iteration = 3;
   allocations = 0;
   counting = true;

@@ -3,36 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "board/move_generator.h"
-#include "frame/string_conversions.h"
+#include "board/board_test_helpers.h"
 #include "hash/hash.h"
-#include "interfaces/fen.h"
 
 namespace {
-
-// An exhaustive reference: can the side to move mate within `moves` moves, whatever the defence?
-bool MatesWithin(Board& board, int moves) {
-  if (moves <= 0) return false;
-  Move list[MAX_MOVES];
-  Move* end = GenerateMoves(list, board, GEN_ALL);
-  for (Move* m = list; m < end; ++m) {
-    board.MakeMove(*m);
-    Move replies[MAX_MOVES];
-    Move* replies_end = GenerateMoves(replies, board, GEN_ALL);
-    bool mated = replies_end == replies && board.InCheck();
-    bool forced = replies_end != replies && moves > 1;
-    for (Move* r = replies; forced && r < replies_end; ++r) {
-      board.MakeMove(*r);
-      forced = MatesWithin(board, moves - 1);
-      board.UnmakeMove(*r);
-    }
-    board.UnmakeMove(*m);
-    if (mated || forced) return true;
-  }
-  return false;
-}
 
 class SearchTest : public ::testing::Test {
  protected:
@@ -46,57 +23,34 @@ class SearchTest : public ::testing::Test {
     };
   }
 
-  void Run(const std::string& fen, int max_depth, const std::vector<std::string>& moves = {}) {
-    SearchRequest request;
-    request.type = SEARCH_NORMAL;
-    request.max_depth = max_depth;
+  // Searches the position after the moves; a search type and a hard time limit may be given.
+  void Run(const std::string& fen, int max_depth, const std::vector<std::string>& moves = {},
+           int type = SEARCH_NORMAL, int max_time_limit = 0) {
+    SearchRequest request{type, max_depth, max_time_limit};
     request.game.SetFromFen(fen);
-    for (const std::string& text : moves) request.game.PlayMove(FindMove(request.game.Current(), text));
-    search.RunSearch(request, nullptr);
+    for (const std::string& text : moves) request.game.PlayMove(board_test::FindMove(request.game.Current(), text));
+    search.RunSearch(request, nullptr);  // without an owner the wait for a command ends at once
   }
 
-  static Move FindMove(const Board& board, const std::string& coordinates) {
-    std::vector<Move> legal;
-    GenerateLegalMoves(board, legal);
-    for (Move m : legal) {
-      if (SquareText(MoveFrom(m)) + SquareText(MoveTo(m)) == coordinates.substr(0, 4)) return m;
-    }
-    ADD_FAILURE() << "no move " << coordinates;
-    return 0;
-  }
-
-  std::string BestMoveText() const {
-    return SquareText(MoveFrom(search.best_move)) + SquareText(MoveTo(search.best_move));
-  }
+  std::string BestMoveText() const { return board_test::MoveName(search.best_move); }
 
   Search search;
   int finished_calls = 0;
   bool stopped_by_command = true;
 };
 
-struct MateCase {
-  const char* fen;
-  int moves;
-};
-
 TEST_F(SearchTest, FindsMatesWithExactScores) {
-  const MateCase cases[] = {
+  // Shortest mates for the side to move, in moves; negative: the side to move is mated.
+  const std::pair<const char*, int> cases[] = {
       {"6k1/5ppp/8/8/8/8/8/R5K1 w - - 0 1", 1},
       {"7k/8/8/8/8/8/8/RR4K1 w - - 0 1", 2},
       {"8/k7/8/2K5/8/8/8/7R w - - 0 1", 3},
-      {"k7/8/1K6/8/8/8/8/7R b - - 0 1", -1},  // black to move is mated next move
+      {"k7/8/1K6/8/8/8/8/7R b - - 0 1", -1},
   };
-  for (const MateCase& c : cases) {
-    Board board;
-    ZephrinInterfaces::ReadFen(c.fen, board);
-    int moves = c.moves < 0 ? -c.moves : c.moves;
-    if (c.moves > 0) {
-      ASSERT_TRUE(MatesWithin(board, c.moves)) << c.fen;
-      ASSERT_FALSE(MatesWithin(board, c.moves - 1)) << c.fen;
-    }
-    Run(c.fen, 2 * moves + 2);
-    int expected = c.moves > 0 ? 32767 - (2 * moves - 1) : -(32767 - 2 * moves);
-    EXPECT_EQ(search.score, expected) << c.fen;
+  for (auto [fen, mate] : cases) {
+    const int moves = mate < 0 ? -mate : mate;
+    Run(fen, 2 * moves + 2);
+    EXPECT_EQ(search.score, mate > 0 ? 32767 - (2 * moves - 1) : -(32767 - 2 * moves)) << fen;
     EXPECT_EQ(finished_calls, 1);
     EXPECT_FALSE(stopped_by_command);
     finished_calls = 0;
@@ -108,8 +62,7 @@ TEST_F(SearchTest, StalemateIsSoughtOrAvoidedByTheDrawScore) {
   const char* fen = "k7/8/1Q6/8/8/8/8/6K1 w - - 0 1";
   Run(fen, 3);
   EXPECT_GT(search.score, 500);
-  Board after;
-  ZephrinInterfaces::ReadFen(fen, after);
+  Board after = board_test::FromFen(fen);
   after.MakeMove(search.best_move);
   std::vector<Move> replies;
   GenerateLegalMoves(after, replies);
@@ -147,11 +100,7 @@ TEST_F(SearchTest, MaxDepthOneRunsOnlyTheFirstIteration) {
 }
 
 TEST_F(SearchTest, AnalyzeIgnoresTheDepthLimitAndRunsAllIterations) {
-  SearchRequest request;
-  request.type = SEARCH_ANALYZE;
-  request.max_depth = 3;
-  request.game.SetFromFen("k7/8/1K6/8/8/8/8/7R b - - 0 1");  // one legal move, mated next move
-  search.RunSearch(request, nullptr);  // without an owner the wait for a command ends at once
+  Run("k7/8/1K6/8/8/8/8/7R b - - 0 1", 3, {}, SEARCH_ANALYZE);  // one legal move, mated next move
   EXPECT_EQ(search.depth, 79);
   EXPECT_EQ(search.move_count, 1);
   EXPECT_EQ(search.score, -32765);
@@ -174,11 +123,7 @@ TEST_F(SearchTest, PrincipalVariationIsLegalAndStartsWithTheBestMove) {
 }
 
 TEST_F(SearchTest, HardTimeLimitEndsTheSearchAsIfTimeRanOut) {
-  SearchRequest request;
-  request.type = SEARCH_NORMAL;
-  request.max_time_limit = 300;
-  request.game.SetFromFen("r1bq1rk1/pp2bppp/2n1pn2/3p4/2PP4/2N1PN2/PP2BPPP/R2QKB1R w KQ - 0 8");
-  search.RunSearch(request, nullptr);
+  Run("r1bq1rk1/pp2bppp/2n1pn2/3p4/2PP4/2N1PN2/PP2BPPP/R2QKB1R w KQ - 0 8", 0, {}, SEARCH_NORMAL, 300);
   EXPECT_EQ(finished_calls, 1);
   EXPECT_FALSE(stopped_by_command);  // the clock ended it, so the move is to be played
   EXPECT_NE(search.best_move, 0u);

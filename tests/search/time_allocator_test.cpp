@@ -4,12 +4,21 @@
 
 namespace {
 
-// Runs `count` iterations of a quiet search with the given score.
-void QuietIterations(TimeAllocator& clock, int count, int score) {
+// A clock with a base time of one second, after `count` quiet iterations of the given score.
+TimeAllocator After(int count, int score) {
+  TimeAllocator clock;
+  clock.Start(0, 1000);
   for (int i = 0; i < count; ++i) {
     clock.StartIteration();
     clock.RecordScore(score);
   }
+  return clock;
+}
+
+// The clock grants exactly `ms` to this check: it stops at ms, not one millisecond before.
+void ExpectLimit(TimeAllocator& clock, std::int64_t ms, TimeCheckKind kind, int fail_state) {
+  EXPECT_FALSE(clock.ShouldStop(ms - 1, kind, fail_state)) << ms;
+  EXPECT_TRUE(clock.ShouldStop(ms, kind, fail_state)) << ms;
 }
 
 TEST(TimeAllocator, FirstIterationIsNeverStoppedByTheClock) {
@@ -22,69 +31,44 @@ TEST(TimeAllocator, FirstIterationIsNeverStoppedByTheClock) {
 }
 
 TEST(TimeAllocator, IterationEndUsesFortyPercentAndLessWhenStable) {
-  TimeAllocator clock;
-  clock.Start(0, 1000);
-  QuietIterations(clock, 2, 10);
-  EXPECT_FALSE(clock.ShouldStop(399, TIME_CHECK_ITERATION_END, 0));
-  EXPECT_TRUE(clock.ShouldStop(400, TIME_CHECK_ITERATION_END, 0));
-  QuietIterations(clock, 3, 10);  // iteration 5 with two quiet records behind it
-  EXPECT_TRUE(clock.IsStable());
-  EXPECT_FALSE(clock.ShouldStop(279, TIME_CHECK_ITERATION_END, 0));
-  EXPECT_TRUE(clock.ShouldStop(280, TIME_CHECK_ITERATION_END, 0));
+  TimeAllocator clock = After(2, 10);
+  ExpectLimit(clock, 400, TIME_CHECK_ITERATION_END, 0);
+  TimeAllocator stable = After(5, 10);  // iteration 5 with two quiet records behind it
+  EXPECT_TRUE(stable.IsStable());
+  ExpectLimit(stable, 280, TIME_CHECK_ITERATION_END, 0);
 }
 
 TEST(TimeAllocator, OtherMovesGetMoreTimeWhenTheScoreFalls) {
-  TimeAllocator clock;
-  clock.Start(0, 1000);
-  QuietIterations(clock, 2, 50);
-  clock.StartIteration();  // iteration 3
-  clock.RecordScore(50);
-  EXPECT_FALSE(clock.ShouldStop(2399, TIME_CHECK_OTHER_MOVE, 0));
-  EXPECT_TRUE(clock.ShouldStop(2400, TIME_CHECK_OTHER_MOVE, 0));
-  TimeAllocator falling;
-  falling.Start(0, 1000);
-  QuietIterations(falling, 2, 50);
+  TimeAllocator clock = After(3, 50);
+  ExpectLimit(clock, 2400, TIME_CHECK_OTHER_MOVE, 0);
+  TimeAllocator falling = After(2, 50);
   falling.StartIteration();
   falling.RecordScore(20);  // 30 below the previous iteration
-  EXPECT_FALSE(falling.ShouldStop(4799, TIME_CHECK_OTHER_MOVE, 0));
-  EXPECT_TRUE(falling.ShouldStop(4800, TIME_CHECK_OTHER_MOVE, 0));
+  ExpectLimit(falling, 4800, TIME_CHECK_OTHER_MOVE, 0);
 }
 
 TEST(TimeAllocator, FailLowOfTheFirstMove) {
-  TimeAllocator clock;
-  clock.Start(0, 1000);
-  QuietIterations(clock, 2, 0);
+  TimeAllocator clock = After(2, 0);
   clock.StartIteration();
   clock.upper = -300;  // d = 300 with a negative score: eight times
-  EXPECT_FALSE(clock.ShouldStop(9599, TIME_CHECK_PV_MOVE, 1));
-  EXPECT_TRUE(clock.ShouldStop(9600, TIME_CHECK_PV_MOVE, 1));
-
-  TimeAllocator small;
-  small.Start(0, 1000);
-  QuietIterations(small, 2, 200);
+  ExpectLimit(clock, 9600, TIME_CHECK_PV_MOVE, 1);
+  TimeAllocator small = After(2, 200);
   small.StartIteration();
   small.upper = 150;  // d = 50: twice
-  EXPECT_FALSE(small.ShouldStop(2399, TIME_CHECK_PV_MOVE, 1));
-  EXPECT_TRUE(small.ShouldStop(2400, TIME_CHECK_PV_MOVE, 1));
+  ExpectLimit(small, 2400, TIME_CHECK_PV_MOVE, 1);
 }
 
 TEST(TimeAllocator, FailHighShortensAndInstabilityLengthens) {
-  TimeAllocator clock;
-  clock.Start(0, 1000);
-  QuietIterations(clock, 2, 10);
+  TimeAllocator clock = After(2, 10);
   clock.StartIteration();
   clock.lower = 60;
-  EXPECT_TRUE(clock.ShouldStop(600, TIME_CHECK_PV_MOVE, 2));  // 1.2 * 0.5
-  EXPECT_FALSE(clock.ShouldStop(599, TIME_CHECK_PV_MOVE, 2));
+  ExpectLimit(clock, 600, TIME_CHECK_PV_MOVE, 2);  // 1.2 * 0.5
   clock.unstable = true;
-  EXPECT_FALSE(clock.ShouldStop(1049, TIME_CHECK_PV_MOVE, 2));  // and 1.75 times that
-  EXPECT_TRUE(clock.ShouldStop(1050, TIME_CHECK_PV_MOVE, 2));
+  ExpectLimit(clock, 1050, TIME_CHECK_PV_MOVE, 2);  // and 1.75 times that
 }
 
 TEST(TimeAllocator, VolatileAfterFailsAndChangesAndRecordsKeepFails) {
-  TimeAllocator clock;
-  clock.Start(0, 1000);
-  QuietIterations(clock, 2, 10);
+  TimeAllocator clock = After(2, 10);
   clock.failed_low = true;  // stays set: every later record shows it
   for (int i = 0; i < 3; ++i) {
     clock.StartIteration();
@@ -94,8 +78,7 @@ TEST(TimeAllocator, VolatileAfterFailsAndChangesAndRecordsKeepFails) {
   EXPECT_EQ(clock.records.back().fail_type, 1);
   EXPECT_TRUE(clock.IsVolatile());  // 25 + 12 + 12 > 29
   EXPECT_FALSE(clock.IsStable());
-  EXPECT_FALSE(clock.ShouldStop(927, TIME_CHECK_ITERATION_END, 0));  // 1000 * 0.8 * 1.45 = 1160
-  EXPECT_TRUE(clock.ShouldStop(1160, TIME_CHECK_ITERATION_END, 0));
+  ExpectLimit(clock, 1160, TIME_CHECK_ITERATION_END, 0);  // 1000 * 0.8 * 1.45
 }
 
 TEST(TimeAllocator, RecordScoreMarksABetterMove) {

@@ -6,51 +6,34 @@
 #include <set>
 #include <sstream>
 #include <string>
+#include <tuple>
 
 namespace {
 
-std::string DefaultText(const SearchSettingDescription& setting) {
+// The value part of a settings line: the catalogue's defaults, or the current values of the globals.
+std::string ValueText(const SearchSettingDescription& setting, bool current) {
   std::string text;
   for (int i = 0; i < setting.size; ++i) {
+    const int value = !current ? setting.defaults[i] : setting.boolean ? *setting.boolean : setting.integer[i];
     if (i > 0) text += ' ';
-    if (setting.type == SettingType::boolean) {
-      text += setting.defaults[i] ? "true" : "false";
-    } else {
-      text += std::to_string(setting.defaults[i]);
-    }
+    text += setting.type == SettingType::boolean ? (value ? "true" : "false") : std::to_string(value);
   }
   return text;
 }
 
-std::string CurrentText(const SearchSettingDescription& setting) {
-  if (setting.type == SettingType::boolean) return *setting.boolean ? "true" : "false";
-  std::string text;
-  for (int i = 0; i < setting.size; ++i) {
-    if (i > 0) text += ' ';
-    text += std::to_string(setting.integer[i]);
-  }
-  return text;
-}
-
-// The settings file of a program that has changed nothing, one "name=value" line per setting.
-std::string ExpectedDefaultFile() {
-  std::ifstream file(std::string(ZEPHRIN_SOURCE_DIR) + "/tests/settings/default_search_settings.txt");
-  std::stringstream text;
-  text << file.rdbuf();
-  return text.str();
-}
-
+// The settings file of a program that has changed nothing holds one "name=value" line per setting.
 TEST(SearchSettingsCatalogue, NamesOrderAndDefaultsMatchTheSettingsFile) {
   std::string defaults;
   std::string current;
   for (const SearchSettingDescription& setting : SEARCH_SETTINGS) {
-    defaults += std::string(setting.name) + "=" + DefaultText(setting) + "\n";
-    current += std::string(setting.name) + "=" + CurrentText(setting) + "\n";
+    defaults += std::string(setting.name) + "=" + ValueText(setting, false) + "\n";
+    current += std::string(setting.name) + "=" + ValueText(setting, true) + "\n";
   }
-  const std::string expected = ExpectedDefaultFile();
-  ASSERT_FALSE(expected.empty());
-  EXPECT_EQ(defaults, expected);
-  EXPECT_EQ(current, expected);  // the globals start with the catalogue's defaults
+  std::ostringstream expected;
+  expected << std::ifstream(std::string(ZEPHRIN_SOURCE_DIR) + "/tests/settings/default_search_settings.txt").rdbuf();
+  ASSERT_FALSE(expected.str().empty());
+  EXPECT_EQ(defaults, expected.str());
+  EXPECT_EQ(current, expected.str());  // the globals start with the catalogue's defaults
 }
 
 TEST(SearchSettingsCatalogue, EntriesAreWellFormed) {
@@ -77,14 +60,13 @@ TEST(SearchSettingsCatalogue, EntriesAreWellFormed) {
   EXPECT_EQ(FindSearchSetting("enable_ettc "), -1);
 
   // Ranges that the settings commands rely on.
-  const SearchSettingDescription& razoring = SEARCH_SETTINGS[FindSearchSetting("limited_razoring_margin")];
-  EXPECT_EQ(razoring.min, 1);
-  EXPECT_EQ(razoring.max, 32767);
-  const SearchSettingDescription& margin = SEARCH_SETTINGS[FindSearchSetting("maximum_material_margin_for_null_move")];
-  EXPECT_EQ(margin.min, -32767000);
-  EXPECT_EQ(margin.max, 32767000);
-  EXPECT_EQ(SEARCH_SETTINGS[FindSearchSetting("max_history_moves_before_remaining_tacticals")].max, 1000);
-  EXPECT_EQ(SEARCH_SETTINGS[FindSearchSetting("root_distance_multiplier")].max, 6400);
+  for (const auto& [name, min, max] : {std::tuple{"limited_razoring_margin", 1, 32767},
+                                      {"maximum_material_margin_for_null_move", -32767000, 32767000},
+                                      {"max_history_moves_before_remaining_tacticals", -32767000, 1000},
+                                      {"root_distance_multiplier", 1, 6400}}) {
+    const SearchSettingDescription& setting = SEARCH_SETTINGS[FindSearchSetting(name)];
+    EXPECT_EQ(std::pair(setting.min, setting.max), std::pair(min, max)) << name;
+  }
 }
 
 TEST(SearchSettingsCatalogue, TheTableReachesTheGlobals) {
