@@ -19,6 +19,7 @@
 #include "interfaces/move_text.h"
 #include "interfaces/time_control.h"
 #include "interfaces/xboard_protocol.h"
+#include "settings/settings_commands.h"
 
 namespace ZephrinInterfaces {
 
@@ -555,16 +556,25 @@ void Command_Id::Execute(Game& game) {
 
 void Command_ModifySettingVariables::Execute(Game& game) {
   RequireForceMode(*this, game);
-  RaiseNotAvailableYet(*this);
+  if (const auto failure = OptimizeInterface::ModifySearchSettings(text)) Refuse(*this, *failure);
+  done = true;
 }
 
 void Command_ReadSearchSettings::Execute(Game& game) {
   RequireForceMode(*this, game);
-  RaiseNotAvailableYet(*this);
+  if (const auto failure = OptimizeInterface::ReadSearchSettings(file)) Refuse(*this, *failure);
+  done = true;
 }
 
-void Command_WriteSearchSettings::Execute(Game&) { RaiseNotAvailableYet(*this); }
-void Command_DisplaySettingVariables::Execute(Game&) { RaiseNotAvailableYet(*this); }
+void Command_WriteSearchSettings::Execute(Game&) {
+  if (const auto failure = OptimizeInterface::WriteSearchSettings(file)) Refuse(*this, *failure);
+  done = true;
+}
+
+void Command_DisplaySettingVariables::Execute(Game&) {
+  if (const auto failure = OptimizeInterface::DisplaySearchSettings(text)) Refuse(*this, *failure);
+  done = true;
+}
 
 // --- Information commands ---
 
