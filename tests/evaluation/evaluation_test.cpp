@@ -188,40 +188,19 @@ TEST_F(EvaluateTest, APawnTableHitScoresLikeTheMiss) {
   EXPECT_GT(compared, 5000);
 }
 
-TEST_F(EvaluateTest, TheEvaluationTableAnswersRepeatedPositions) {
-  Board board = FromFen("r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1");
-  PositionType type = ClassifyPosition(board, NO_POSITION_TYPE);
-  int exact = ExactEvaluation(record, board, type);
-  EXPECT_NE(EvaluationHashTable.Probe(board.Key(), exact), EVALUATION_PROBE_MISS);
-
-  // The record isn't touched when the table answers.
-  record.openness = 999;
-  record.endgame_term = -999;
-  EXPECT_EQ(Evaluate(record, board, exact + 1000, type), exact + 999);
-  EXPECT_EQ(Evaluate(record, board, exact - 1000, type), exact - 1000);
-  EXPECT_EQ(Evaluate(record, board, exact, type), exact);
-  EXPECT_EQ(Evaluate(record, board, exact + 1, type), exact);
-  EXPECT_EQ(record.openness, 999);
-  EXPECT_EQ(record.endgame_term, -999);
-
-  // The same value from a filled table and from an empty one.
-  EXPECT_EQ(ExactEvaluation(record, board, type), exact);
-  EvaluationHashTable.Clear();
-  PawnHashTable.Clear();
-  EXPECT_EQ(ExactEvaluation(record, board, type), exact);
-}
-
-TEST_F(EvaluateTest, ALazyExitLeavesBothTablesUnchanged) {
+// A lazy exit leaves both tables unchanged; a full answer fills them, and the evaluation table
+// then answers the position without touching the record.
+TEST_F(EvaluateTest, TheTablesLearnOnlyFullAnswers) {
   Board board = FromFen("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1");
   PositionType type = ClassifyPosition(board, NO_POSITION_TYPE);
-  int free_pawn_slots = int(PawnHashTable.FreeSlotCount());
-  int free_evaluation_slots = int(EvaluationHashTable.FreeSlotCount());
+  const std::uint64_t free_pawn_slots = PawnHashTable.FreeSlotCount();
+  const std::uint64_t free_evaluation_slots = EvaluationHashTable.FreeSlotCount();
   EXPECT_EQ(Evaluate(record, board, 3000, type), 2999);
   EXPECT_TRUE(record.lazy);
   EXPECT_EQ(Evaluate(record, board, -3000, type), -3000);
   EXPECT_TRUE(record.lazy);
-  EXPECT_EQ(int(PawnHashTable.FreeSlotCount()), free_pawn_slots);
-  EXPECT_EQ(int(EvaluationHashTable.FreeSlotCount()), free_evaluation_slots);
+  EXPECT_EQ(PawnHashTable.FreeSlotCount(), free_pawn_slots);
+  EXPECT_EQ(EvaluationHashTable.FreeSlotCount(), free_evaluation_slots);
 
   // A bound near the score is answered in full, and both tables learn the position.
   int exact = ExactWithoutLazyExits(board, type);
@@ -230,6 +209,25 @@ TEST_F(EvaluateTest, ALazyExitLeavesBothTablesUnchanged) {
   EXPECT_NE(PawnHashTable.Probe(board.PawnKey(), type), nullptr);
   EXPECT_EQ(EvaluationHashTable.Probe(board.Key(), exact), EVALUATION_PROBE_AT_LEAST_BOUND);
   EXPECT_EQ(EvaluationHashTable.Probe(board.Key(), exact + 1), EVALUATION_PROBE_BELOW_BOUND);
+
+  // A sharper position, stored by the bisection of ExactEvaluation, answered from the table.
+  board = FromFen("r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1");
+  type = ClassifyPosition(board, NO_POSITION_TYPE);
+  exact = ExactEvaluation(record, board, type);
+  EXPECT_NE(EvaluationHashTable.Probe(board.Key(), exact), EVALUATION_PROBE_MISS);
+  record.openness = 999;
+  record.endgame_term = -999;
+  EXPECT_EQ(Evaluate(record, board, exact + 1000, type), exact + 999);
+  EXPECT_EQ(Evaluate(record, board, exact - 1000, type), exact - 1000);
+  EXPECT_EQ(Evaluate(record, board, exact, type), exact);
+  EXPECT_EQ(Evaluate(record, board, exact + 1, type), exact);
+  EXPECT_EQ(record.openness, 999);
+  EXPECT_EQ(record.endgame_term, -999);
+  // The same value from a filled table and from an empty one.
+  EXPECT_EQ(ExactEvaluation(record, board, type), exact);
+  EvaluationHashTable.Clear();
+  PawnHashTable.Clear();
+  EXPECT_EQ(ExactEvaluation(record, board, type), exact);
 }
 
 TEST_F(EvaluateTest, TheMatingTypeUsesNeitherTableNorRecord) {

@@ -31,32 +31,28 @@ TEST(PassedPawns, OnlyTheLeadingPasserOfAFileCountsAndBlackIsSubtracted) {
   EXPECT_EQ(EvaluatePassedPawns(mirrored, mirror), -pair);
 }
 
-TEST(PassedPawns, DetailsOfRooksAndTheStopSquare) {
-  // A knight blocks e6; a White rook behind, a Black rook in front.
-  Board board = FromFen("4r1k1/4n3/4P3/8/8/8/8/4R1K1 w - - 0 1");
-  EvaluationRecord record = PassedOf(board);
+// The details of the e-pawn of `colour`, after the passed pawn term has marked the fronts.
+ScorePair DetailsOfEPawn(EvaluationRecord& record, const Board& board, Color colour) {
+  record = PassedOf(board);
   EvaluatePassedPawns(record, board);
-  // +5/5 rook behind, -2/0 enemy rook ahead, -(8 * 28/30) / 8 for the knight.
-  EXPECT_EQ(PassedPawnDetails(record, board, WHITE, 4), ScorePair(5 - 2 - 28, 5 - 30));
+  return PassedPawnDetails(record, board, colour, 4);
+}
+
+TEST(PassedPawns, DetailsOfRooksAndTheStopSquare) {
+  EvaluationRecord record;
+  // A knight blocks e6; a White rook behind, a Black rook in front: +5/5 rook behind, -2/0 enemy
+  // rook ahead, -(8 * 28/30) / 8 for the knight.
+  EXPECT_EQ(DetailsOfEPawn(record, FromFen("4r1k1/4n3/4P3/8/8/8/8/4R1K1 w - - 0 1"), WHITE),
+            ScorePair(5 - 2 - 28, 5 - 30));
   EXPECT_EQ(record.potential[BLACK][WING_CENTRE][POTENTIAL_DEFENCE], 2);
-
-  // Free stop square above the middle, enemy rook behind the pawn.
+  // Free stop square above the middle, enemy rook behind the pawn; the same for Black, from
+  // Black's view.
   Board free = FromFen("6k1/8/8/4P3/8/8/8/4r1K1 w - - 0 1");
-  record = PassedOf(free);
-  EvaluatePassedPawns(record, free);
-  EXPECT_EQ(PassedPawnDetails(record, free, WHITE, 4), ScorePair(6 - 4, 8 - 2));
+  EXPECT_EQ(DetailsOfEPawn(record, free, WHITE), ScorePair(6 - 4, 8 - 2));
   EXPECT_EQ(record.potential[WHITE][WING_CENTRE][POTENTIAL_ATTACK], 1);
-  // The same for Black, from Black's view.
-  Board mirror = Mirrored(free);
-  record = PassedOf(mirror);
-  EvaluatePassedPawns(record, mirror);
-  EXPECT_EQ(PassedPawnDetails(record, mirror, BLACK, 4), ScorePair(2, 6));
-
+  EXPECT_EQ(DetailsOfEPawn(record, Mirrored(free), BLACK), ScorePair(2, 6));
   // On the fourth rank a free stop square gives nothing.
-  Board low = FromFen("6k1/8/8/8/4P3/8/8/6K1 w - - 0 1");
-  record = PassedOf(low);
-  EvaluatePassedPawns(record, low);
-  EXPECT_EQ(PassedPawnDetails(record, low, WHITE, 4), ScorePair());
+  EXPECT_EQ(DetailsOfEPawn(record, FromFen("6k1/8/8/8/4P3/8/8/6K1 w - - 0 1"), WHITE), ScorePair());
 }
 
 TEST(PassedPawns, SimpleValueByRankRooksBlockerAndKings) {

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <functional>
 #include <string>
+#include <utility>
 
 #include "board/bitboard.h"
 #include "evaluation/pawn_structure.h"
@@ -44,12 +45,13 @@ constexpr int ATTACK = POTENTIAL_ATTACK;
 constexpr int DEFENCE = POTENTIAL_DEFENCE;
 
 using Term = std::function<ScorePair(EvaluationRecord&, const Board&)>;
+using RecordEdit = std::function<void(EvaluationRecord&)>;
 
 // Runs a term on the prepared position, after `setup` if one is given, and checks its pair and the
 // listed potentials. Returns the record for further checks.
 EvaluationRecord ExpectTerm(const Term& term, const char* fen, ScorePair expected,
                             std::initializer_list<Potential> potentials,
-                            const std::function<void(EvaluationRecord&)>& setup = {}) {
+                            const RecordEdit& setup = {}) {
   Board board = FromFen(fen);
   EvaluationRecord record = Prepare(board);
   if (setup) setup(record);
@@ -72,6 +74,29 @@ Term Development(EvaluationVariant variant) {
   return [variant](EvaluationRecord& r, const Board& b) { return EvaluateDevelopment(r, b, variant); };
 }
 const Term ROOKS = [](EvaluationRecord& r, const Board& b) { return EvaluateRooks(r, b, WHITE); };
+const Term BISHOPS = [](EvaluationRecord& r, const Board& b) { return EvaluateBishops(r, b, WHITE); };
+
+// What a change of the record does to a term: the difference of the pairs, and of the potentials.
+struct Change {
+  ScorePair pair;
+  EvaluationRecord before, after;
+  int AttackChange(Color c, int wing) const { return Attack(after, c, wing) - Attack(before, c, wing); }
+  int DefenceChange(Color c, int wing) const { return Defence(after, c, wing) - Defence(before, c, wing); }
+};
+Change ChangeOf(const Term& term, const char* fen, const RecordEdit& before, const RecordEdit& after) {
+  Board board = FromFen(fen);
+  Change change{ScorePair(), Prepare(board), Prepare(board)};
+  before(change.before);
+  after(change.after);
+  change.pair = term(change.after, board) - term(change.before, board);
+  return change;
+}
+RecordEdit Restrained(Color c, Bitboard set) {
+  return [c, set](EvaluationRecord& r) { r.pawns[c].restrained = set; };
+}
+RecordEdit Defended(Color c, Bitboard set) {
+  return [c, set](EvaluationRecord& r) { r.pawns[c].defended = set; };
+}
 
 // A record with the fields a term writes, colour for colour: the potentials, the attacks and the
 // endgame term, the latter negated for the mirror.
@@ -184,22 +209,17 @@ TEST(Knights, OutpostsBySupport) {
 
 TEST(Knights, ChasingPawnsAndTheKingsWing) {
   // A pawn on g7 can still come to attack f5; whether it is held back decides.
-  Board board = FromFen("6k1/6p1/8/5N2/8/8/6P1/6K1 w - - 0 1");
+  const char* fen = "6k1/6p1/8/5N2/8/8/6P1/6K1 w - - 0 1";
   for (EvaluationVariant variant : {OPENING, MIDDLEGAME}) {
-    EvaluationRecord free_chaser = Prepare(board);
-    free_chaser.pawns[BLACK].restrained = 0;
-    EvaluationRecord held_chaser = Prepare(board);
-    held_chaser.pawns[BLACK].restrained = SquareSet({"g7"});
-    ScorePair difference = EvaluateKnights(held_chaser, board, WHITE, variant) -
-                           EvaluateKnights(free_chaser, board, WHITE, variant);
+    Change held = ChangeOf(Knights(variant), fen, Restrained(BLACK, 0), Restrained(BLACK, SquareSet({"g7"})));
     bool middlegame = variant == MIDDLEGAME;
-    EXPECT_EQ(difference, middlegame ? ScorePair(1, 6) : ScorePair(4, 14));
-    EXPECT_EQ(Attack(held_chaser, WHITE, WING_KINGSIDE) - Attack(free_chaser, WHITE, WING_KINGSIDE),
-              middlegame ? 2 : 3);
+    EXPECT_EQ(held.pair, middlegame ? ScorePair(1, 6) : ScorePair(4, 14));
+    EXPECT_EQ(held.AttackChange(WHITE, WING_KINGSIDE), middlegame ? 2 : 3);
   }
 
   // Middlegame: close to the king on its own wing costs nothing; on the wrong wing, or far, the
   // distance is paid.
+  Board board = FromFen(fen);
   EvaluationRecord record = Prepare(board);
   ScorePair close = EvaluateKnights(record, board, WHITE, MIDDLEGAME);  // f5 to g8: 3
   Board other_wing = FromFen("2k5/6p1/8/5N2/8/8/6P1/6K1 w - - 0 1");
@@ -232,7 +252,7 @@ TEST(Bishops, FianchettoSeesThroughItsKnight) {
   // 0/-2.
   const char* fen = "6k1/5p1p/6p1/8/8/5NP1/5PBP/6K1 w - - 0 1";
   EvaluationRecord record = ExpectTerm(
-      [](EvaluationRecord& r, const Board& b) { return EvaluateBishops(r, b, WHITE); }, fen, ScorePair(53, 63),
+      BISHOPS, fen, ScorePair(53, 63),
       {{WHITE, WING_KINGSIDE, DEFENCE, 5}, {WHITE, WING_QUEENSIDE, ATTACK, 6}, {WHITE, WING_CENTRE, ATTACK, 0}},
       [](EvaluationRecord& r) { r.pawns[BLACK].defended = SquareSet({"g6"}); });
   EXPECT_EQ(record.endgame_term, 0);
@@ -243,61 +263,40 @@ TEST(Bishops, FianchettoSeesThroughItsKnight) {
 
 TEST(Bishops, BadBishopsUnlessTheLongDiagonalIsOpen) {
   // The restrained pawns d3 and c4 stand on the bishop's light squares. On g2, with the long
-  // diagonal empty, the bishop is free; on h1 behind its pawn g2 it is bad.
-  const char* fianchetto = "6k1/8/8/8/2P5/3P2P1/5PBP/6K1 w - - 0 1";
-  const char* at_home = "6k1/8/8/8/2P5/3P4/5PPP/6KB w - - 0 1";
-  for (const char* fen : {fianchetto, at_home}) {
-    Board board = FromFen(fen);
-    EvaluationRecord free_pawns = Prepare(board);
-    free_pawns.pawns[WHITE].restrained = 0;
-    EvaluationRecord held_pawns = Prepare(board);
-    held_pawns.pawns[WHITE].restrained = SquareSet({"d3", "c4"});
-    ScorePair difference =
-        EvaluateBishops(held_pawns, board, WHITE) - EvaluateBishops(free_pawns, board, WHITE);
-    if (fen == fianchetto) {
-      EXPECT_EQ(difference, ScorePair());
-      EXPECT_EQ(held_pawns.endgame_term, 0);
-    } else {
-      // h1 reaches nothing: 30/37, and 15/17 for a lone bad bishop without knights.
-      EXPECT_EQ(difference, ScorePair(-45, -54));
-      EXPECT_EQ(held_pawns.endgame_term, -5);
-      EXPECT_EQ(Attack(held_pawns, WHITE, WING_CENTRE) - Attack(free_pawns, WHITE, WING_CENTRE), -12);
-      EXPECT_EQ(Defence(held_pawns, WHITE, WING_CENTRE) - Defence(free_pawns, WHITE, WING_CENTRE), -10);
-    }
-  }
+  // diagonal empty, the bishop is free; on h1 behind its pawn g2 it is bad: h1 reaches nothing,
+  // 30/37, and 15/17 for a lone bad bishop without knights.
+  const RecordEdit held = Restrained(WHITE, SquareSet({"d3", "c4"}));
+  Change fianchetto = ChangeOf(BISHOPS, "6k1/8/8/8/2P5/3P2P1/5PBP/6K1 w - - 0 1", Restrained(WHITE, 0), held);
+  EXPECT_EQ(fianchetto.pair, ScorePair());
+  EXPECT_EQ(fianchetto.after.endgame_term, 0);
+  Change at_home = ChangeOf(BISHOPS, "6k1/8/8/8/2P5/3P4/5PPP/6KB w - - 0 1", Restrained(WHITE, 0), held);
+  EXPECT_EQ(at_home.pair, ScorePair(-45, -54));
+  EXPECT_EQ(at_home.after.endgame_term, -5);
+  EXPECT_EQ(at_home.AttackChange(WHITE, WING_CENTRE), -12);
+  EXPECT_EQ(at_home.DefenceChange(WHITE, WING_CENTRE), -10);
 
-  // One restrained pawn on e4 is enough; with the bishop pair, no second penalty.
-  Board pair = FromFen("6k1/8/8/8/4P3/8/4B3/2B3K1 w - - 0 1");
-  EvaluationRecord free_pawns = Prepare(pair);
-  free_pawns.pawns[WHITE].restrained = 0;
-  EvaluationRecord held_pawns = Prepare(pair);
-  held_pawns.pawns[WHITE].restrained = SquareSet({"e4"});
-  // e2 reaches e2, d3, c4, b5, f3 and g4: 8/10.
-  EXPECT_EQ(EvaluateBishops(held_pawns, pair, WHITE) - EvaluateBishops(free_pawns, pair, WHITE),
-            ScorePair(-8, -10));
-  EXPECT_EQ(held_pawns.endgame_term, 10);  // the pair's endgame term only
+  // One restrained pawn on e4 is enough; with the bishop pair, no second penalty. e2 reaches e2,
+  // d3, c4, b5, f3 and g4: 8/10.
+  Change pair = ChangeOf(BISHOPS, "6k1/8/8/8/4P3/8/4B3/2B3K1 w - - 0 1", Restrained(WHITE, 0),
+                         Restrained(WHITE, SquareSet({"e4"})));
+  EXPECT_EQ(pair.pair, ScorePair(-8, -10));
+  EXPECT_EQ(pair.after.endgame_term, 10);  // the pair's endgame term only
 }
 
 TEST(Bishops, TrappedOnTheEdgeAndTargetsOfThePair) {
-  Board board = FromFen("6k1/B1p5/1p6/8/8/8/8/6K1 w - - 0 1");
-  EvaluationRecord loose = Prepare(board);
-  loose.pawns[BLACK].defended = 0;
-  EvaluationRecord guarded = Prepare(board);
-  guarded.pawns[BLACK].defended = SquareSet({"b6"});
   // b6 is dark, like a7: the defended pawn also costs 0/2 as a target.
-  EXPECT_EQ(EvaluateBishops(guarded, board, WHITE) - EvaluateBishops(loose, board, WHITE), ScorePair(-70, -72));
-
-  // With the pair every defended enemy pawn counts, without it only those on the bishop's colour.
-  Board two = FromFen("6k1/8/8/8/8/8/8/2B2BK1 w - - 0 1");
-  Board one = FromFen("6k1/8/8/8/8/8/8/5BK1 w - - 0 1");  // f1 is light
-  for (const Board* b : {&two, &one}) {
-    EvaluationRecord none = Prepare(*b);
-    EvaluationRecord targets = Prepare(*b);
-    targets.pawns[BLACK].defended = SquareSet({"c6", "d6", "e6"});  // light, dark, light
-    ScorePair difference = EvaluateBishops(targets, *b, WHITE) - EvaluateBishops(none, *b, WHITE);
-    int n = b == &two ? 3 : 2;
-    EXPECT_EQ(difference, ScorePair(0, -2 * n));
-    EXPECT_EQ(Attack(targets, WHITE, WING_CENTRE) - Attack(none, WHITE, WING_CENTRE), -(n / 2));
+  EXPECT_EQ(ChangeOf(BISHOPS, "6k1/B1p5/1p6/8/8/8/8/6K1 w - - 0 1", Defended(BLACK, 0),
+                     Defended(BLACK, SquareSet({"b6"})))
+                .pair,
+            ScorePair(-70, -72));
+  // With the pair every defended enemy pawn counts, without it only those on the bishop's colour:
+  // f1 is light, and of c6, d6 and e6 two are light.
+  const std::pair<const char*, int> cases[] = {{"6k1/8/8/8/8/8/8/2B2BK1 w - - 0 1", 3},
+                                               {"6k1/8/8/8/8/8/8/5BK1 w - - 0 1", 2}};
+  for (const auto& [fen, n] : cases) {
+    Change targets = ChangeOf(BISHOPS, fen, Defended(BLACK, 0), Defended(BLACK, SquareSet({"c6", "d6", "e6"})));
+    EXPECT_EQ(targets.pair, ScorePair(0, -2 * n)) << fen;
+    EXPECT_EQ(targets.AttackChange(WHITE, WING_CENTRE), -(n / 2)) << fen;
   }
 }
 

@@ -28,27 +28,24 @@ int FullSimple(const Board& board, EvaluationSettings* settings) {
 }
 
 TEST(ScaleSimple, FewPawnsAndOppositeBishopsPullTheScoreTowardsADraw) {
-  Board no_pawns = FromFen("4k3/8/8/8/8/8/8/2N1K3 w - - 0 1");
-  EvaluationRecord record = FactsOf(no_pawns);
-  EXPECT_EQ(ScaleSimple(record, no_pawns, 40, false), 10);    // 40 * 2 / 8, above 40 - 50
-  EXPECT_EQ(ScaleSimple(record, no_pawns, 400, false), 350);  // 400 - 50 beats 100
-  EXPECT_EQ(ScaleSimple(record, no_pawns, -400, false), -350);
-
+  auto scale = [](const char* fen, int score, bool opposite_bishops) {
+    Board board = FromFen(fen);
+    EvaluationRecord record = FactsOf(board);
+    return ScaleSimple(record, board, score, opposite_bishops);
+  };
+  const char* no_pawns = "4k3/8/8/8/8/8/8/2N1K3 w - - 0 1";
+  EXPECT_EQ(scale(no_pawns, 40, false), 10);    // 40 * 2 / 8, above 40 - 50
+  EXPECT_EQ(scale(no_pawns, 400, false), 350);  // 400 - 50 beats 100
+  EXPECT_EQ(scale(no_pawns, -400, false), -350);
   // Black is the stronger side with eight pawns: the score grows by an eighth.
-  Board eight = FromFen("4k3/pppppppp/8/8/8/8/8/2N1K3 w - - 0 1");
-  record = FactsOf(eight);
-  EXPECT_EQ(ScaleSimple(record, eight, -80, false), -90);
-  EXPECT_EQ(ScaleSimple(record, eight, 80, false), 30);  // White has no pawn: max(20, 30)
-
+  const char* eight = "4k3/pppppppp/8/8/8/8/8/2N1K3 w - - 0 1";
+  EXPECT_EQ(scale(eight, -80, false), -90);
+  EXPECT_EQ(scale(eight, 80, false), 30);  // White has no pawn: max(20, 30)
   // Opposite bishops alone: 350 * 6 / 8 = 262, * 2 / 8 = 65, but not below 350 - 250.
-  Board bishops = FromFen("2b1k3/8/8/8/8/8/8/2B1K3 w - - 0 1");
-  record = FactsOf(bishops);
-  EXPECT_EQ(ScaleSimple(record, bishops, 400, true), 100);
-  EXPECT_EQ(ScaleSimple(record, bishops, 1000, true), 700);
+  EXPECT_EQ(scale("2b1k3/8/8/8/8/8/8/2B1K3 w - - 0 1", 400, true), 100);
+  EXPECT_EQ(scale("2b1k3/8/8/8/8/8/8/2B1K3 w - - 0 1", 1000, true), 700);
   // With a knight more the bishops aren't alone: 350 * 6 / 8, against 100.
-  Board more = FromFen("2b1k3/8/8/8/8/8/8/2B1K1N1 w - - 0 1");
-  record = FactsOf(more);
-  EXPECT_EQ(ScaleSimple(record, more, 400, true), 262);
+  EXPECT_EQ(scale("2b1k3/8/8/8/8/8/8/2B1K1N1 w - - 0 1", 400, true), 262);
 }
 
 TEST(EvaluateSimple, SidesWithoutMatingMaterialNeverScoreAboveTheDraw) {
@@ -63,13 +60,9 @@ TEST(EvaluateSimple, SidesWithoutMatingMaterialNeverScoreAboveTheDraw) {
     EXPECT_EQ(white_view, -50);
   }
   // A bishop and a knight can win.
-  Board pair = FromFen("4k3/4p3/8/8/8/8/8/3BK1N1 w - - 0 1");
-  EXPECT_GT(FullSimple(pair, &settings), 300);
+  EXPECT_GT(FullSimple(FromFen("4k3/4p3/8/8/8/8/8/3BK1N1 w - - 0 1"), &settings), 300);
   // The side that can't win may still lose: Black's pawns against the knight stay free.
-  Board pawns = FromFen("4k3/pppp4/8/8/8/8/8/4K1N1 w - - 0 1");
-  int score = FullSimple(pawns, &settings);
-  EXPECT_LT(score, -50);
-  EXPECT_NE(score, 0);
+  EXPECT_LT(FullSimple(FromFen("4k3/pppp4/8/8/8/8/8/4K1N1 w - - 0 1"), &settings), -50);
   // And the mirror: Black can't win, the draw score is White's view.
   Board mirror = Mirrored(FromFen("4k3/4p3/8/8/8/8/8/4K1N1 w - - 0 1"));
   settings.white_draw_score = 50;

@@ -38,7 +38,7 @@ TEST(RookAndPawnTest, QueeningSquareCutOffKingAndTheBridge) {
 // Rook endings with one pawn score the table's value from the side to move's view, the same for a
 // Black pawn as for the mirrored White one.
 TEST(RookEndingTest, OnePawnEndingsUseTheTableForBothColours) {
-  EvaluationRecord record;
+  EvaluationRecord record{};  // cleared, as Evaluate hands it over
   Board white_pawn = FromFen("r7/8/2P2k2/8/8/8/4R3/1K6 w - - 0 1");
   EXPECT_EQ(EvaluateRookEnding(record, white_pawn, 0), 274);
   Board black_to_move = FromFen("r7/8/2P2k2/8/8/8/4R3/1K6 b - - 0 1");

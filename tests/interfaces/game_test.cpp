@@ -175,7 +175,8 @@ TEST_F(GameTest, TheEngineAnswersADrawOffer) {
 TEST_F(GameTest, TheEngineResignsOrOffersADraw) {
   game->tracker.below_threshold = 5;
   FinishSearch("e5", -1000);
-  EXPECT_NE(output.Take().find("Congratulations! Zephrin resigns.\ngame over: 1-0 (Black resigns)\n"), std::string::npos);
+  EXPECT_NE(output.Take().find("Congratulations! Zephrin resigns.\ngame over: 1-0 (Black resigns)\n"),
+            std::string::npos);
   EXPECT_EQ(game->Current().result, RESULT_WHITE_WINS);
 
   UseProtocol(std::make_unique<XBoardProtocol_1>());

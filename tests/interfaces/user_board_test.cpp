@@ -93,9 +93,7 @@ TEST(UserBoard, UndoAndNextRoundTrip) {
 TEST(UserBoard, ReplayingTheSameMoveKeepsTheBuffer) {
   UserBoard game = GameFrom();
   Play(game, "e4 e5 Nf3 Nc6");
-  game.UndoMove();
-  game.UndoMove();
-  game.UndoMove();
+  for (int i = 0; i < 3; ++i) game.UndoMove();
   Play(game, "e5");  // the same move by hand
   EXPECT_EQ(game.NextMoves().size(), 2u);
   Play(game, "Nc3");  // a different one
