@@ -343,6 +343,10 @@ class EngineLog:
         self.pings = []
         self.sent_after_ping = set()  # commands sent since the oldest unanswered ping
         self.game_over = False
+        # After "result" the engine may still send the move it was thinking about. Such a move can
+        # arrive after the next game's "new"/"setboard"; it belongs to the old game as long as the
+        # first ping sent after the result is unanswered ("pending": no ping sent yet).
+        self.late_ping = None
 
     def fail(self, line_no, text):
         self.failures.append("%s:%d: %s" % (self.path, line_no, text))
@@ -364,6 +368,8 @@ class EngineLog:
         cmd = words[0]
         if self.pings:
             self.sent_after_ping.add(cmd)
+        if cmd in ("go", "usermove") and self.late_ping == "pending":
+            self.late_ping = None  # a new game moves without a ping in between
         if cmd == "new":
             self.position, self.history, self.game_over = Position(), [], False
         elif cmd == "setboard":
@@ -383,8 +389,11 @@ class EngineLog:
         elif cmd == "ping" and len(words) > 1:
             self.pings.append(words[1])
             self.counts["pings"] += 1
+            if self.late_ping == "pending":
+                self.late_ping = words[1]
         elif cmd == "result":
             self.game_over = True
+            self.late_ping = "pending"
         elif cmd == "undo":
             self.take_back(1)
         elif cmd == "remove":
@@ -486,7 +495,7 @@ class EngineLog:
         if self.position is None:
             self.counts["unchecked"] += 1
             return
-        if self.game_over:
+        if self.game_over or self.late_ping is not None:
             self.note(line_no, "move %s arrived after the game had ended (not checked)" % text)
             return
         move = self.position.parse_move(text)
@@ -506,6 +515,8 @@ class EngineLog:
                 self.fail(line_no, "pong %s came before pong for ping %s" % (arg, ", ".join(skipped)))
             self.pings = self.pings[self.pings.index(arg) + 1:]
             self.sent_after_ping = set()
+            if arg == self.late_ping:
+                self.late_ping = None
         else:
             self.counts["pong_errors"] += 1
             self.fail(line_no, "pong %s answers no outstanding ping" % arg)
@@ -628,6 +639,15 @@ random
 115 >first : nopost
 116 <first : Hello there
 116 <first : New pv-move candidate found: e4 (not sent to xboard)
+116 >first : result 0-1 {White wins on time}
+116 >first : force
+116 >first : ping 10
+116 >first : new
+116 >first : setboard 8/8/8/8/8/8/8/K6k w - - 0 1
+116 <first : move Re6
+116 <first : pong 10
+116 >first : usermove Kb1
+116 <first : move Kg2
 117 >first : ping 9
 117 >first : new
 """
@@ -644,7 +664,7 @@ def log_self_test():
         log.check()
     finally:
         os.unlink(sample.name)
-    expected = dict(moves=6, unchecked=0, illegal=1, rejected=1, pings=4, pong_errors=3,
+    expected = dict(moves=8, unchecked=0, illegal=1, rejected=1, pings=5, pong_errors=3,
                     chatter=2, thinking_unposted=1, errors=1)
     if log.counts != expected or len(log.failures) != 9:
         print("sample log: counts %s, expected %s" % (log.counts, expected))

@@ -2,8 +2,10 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <new>
+#include <utility>
 
 class ABSTRACT_HASH_TABLE {
  public:
@@ -43,5 +45,26 @@ class ABSTRACT_HASH_TABLE {
     } catch (const std::bad_alloc&) {
       return nullptr;
     }
+  }
+
+  // The work of Resize for a table of `entries_per_index` entries per index: a fresh array in
+  // `slots`, `mask` set to the number of indices minus one, and the table cleared. A refused
+  // allocation returns false and leaves `slots` and `mask` as they were.
+  template <typename Entry>
+  bool ReplaceSlots(std::unique_ptr<Entry[]>& slots, std::uint64_t& mask, std::uint64_t bytes,
+                    std::uint64_t smallest_bytes, std::uint64_t entries_per_index = 1) {
+    const std::uint64_t indices = IndexCountFor(bytes, smallest_bytes, entries_per_index * sizeof(Entry));
+    auto fresh = AllocateSlots<Entry>(entries_per_index * indices);
+    if (!fresh) return false;
+    slots = std::move(fresh);
+    mask = indices - 1;
+    Clear();
+    return true;
+  }
+
+  // Zeroes every entry of the table's array.
+  template <typename Entry>
+  void ZeroSlots(const std::unique_ptr<Entry[]>& slots) const {
+    std::memset(static_cast<void*>(slots.get()), 0, SlotCount() * sizeof(Entry));
   }
 };

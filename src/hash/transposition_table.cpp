@@ -1,6 +1,5 @@
 #include "hash/transposition_table.h"
 
-#include <cstring>
 #include <utility>
 
 HASH_ENTRY MakePvEntry(std::uint64_t key, Move move, int position_type, bool single, bool queen_attacked,
@@ -12,18 +11,11 @@ HASH_ENTRY MakePvEntry(std::uint64_t key, Move move, int position_type, bool sin
 
 TRANSPOSITION_TABLE::TRANSPOSITION_TABLE() { Resize(SMALLEST_BYTES); }
 
-bool TRANSPOSITION_TABLE::Resize(std::uint64_t bytes) {
-  const std::uint64_t buckets = IndexCountFor(bytes, SMALLEST_BYTES, BUCKET_BYTES);
-  auto fresh = AllocateSlots<HASH_ENTRY>(2 * buckets);
-  if (!fresh) return false;
-  slots = std::move(fresh);
-  mask = buckets - 1;
-  Clear();
-  return true;
-}
+// An index is a bucket of two entries.
+bool TRANSPOSITION_TABLE::Resize(std::uint64_t bytes) { return ReplaceSlots(slots, mask, bytes, SMALLEST_BYTES, 2); }
 
 void TRANSPOSITION_TABLE::Clear() {
-  std::memset(static_cast<void*>(slots.get()), 0, SlotCount() * sizeof(HASH_ENTRY));
+  ZeroSlots(slots);
   age = 1;
 }
 

@@ -34,19 +34,10 @@ class Arguments {
   void ExpectAtLeast(std::size_t count) const {
     if (Count() < count) Refuse("missing parameters");
   }
-  std::int32_t Int(std::size_t index) const {
-    try {
-      return ToInt((*this)[index]);
-    } catch (const string_conversion_error&) {
-      Refuse("integer argument expected");
-    }
-  }
-  std::int32_t Seconds(std::size_t index) const {
-    try {
-      return ToSeconds((*this)[index]);
-    } catch (const string_conversion_error&) {
-      Refuse("integer argument expected");
-    }
+  std::int32_t Int(std::size_t index) const { return Converted(index, ToInt, "integer argument expected"); }
+  std::int32_t Seconds(std::size_t index) const { return Converted(index, ToSeconds, "integer argument expected"); }
+  std::uint64_t MemorySize(std::size_t index) const {
+    return Converted(index, ToMemorySize, "could not parse new size");
   }
   // The arguments from `first` on, joined by single blanks.
   std::string Joined(std::size_t first) const {
@@ -56,6 +47,16 @@ class Arguments {
   }
 
  private:
+  // The argument at `index` read by `convert`; text that it can't read is refused with `reason`.
+  template <typename Value>
+  Value Converted(std::size_t index, Value (*convert)(const std::string&), const char* reason) const {
+    try {
+      return convert((*this)[index]);
+    } catch (const string_conversion_error&) {
+      Refuse(reason);
+    }
+  }
+
   const TokenizedLine& line_;
 };
 
@@ -88,7 +89,7 @@ Parser OneInt() {
   };
 }
 
-// A command of all arguments joined, with at least `minimum` of them.
+// A command of all arguments joined, with at least `minimum` of them (0: any number).
 template <typename CommandClass>
 Parser JoinedText(std::size_t minimum) {
   return [minimum](BasicProtocol&, const Arguments& arguments) -> std::unique_ptr<Command> {
@@ -159,11 +160,7 @@ std::unique_ptr<Command> ParseHash(BasicProtocol&, const Arguments& arguments) {
   if (arguments.Count() == 0) return std::make_unique<Command_DisplayHashtableStatus>(arguments.Raw());
   arguments.ExpectExactly(2);
   if (!IsHashTableType(arguments[0])) arguments.Refuse("unknown hashtable type");
-  try {
-    ToMemorySize(arguments[1]);
-  } catch (const string_conversion_error&) {
-    arguments.Refuse("could not parse new size");
-  }
+  arguments.MemorySize(1);  // only checked here: the command reads the size again
   return std::make_unique<Command_ResizeHashtable>(arguments.Raw(), arguments[0], arguments[1]);
 }
 
@@ -171,12 +168,7 @@ std::unique_ptr<Command> ParseTb(BasicProtocol&, const Arguments& arguments) {
   if (arguments.Count() == 0) return std::make_unique<Command_DisplayTablebasesStatus>(arguments.Raw());
   arguments.ExpectAtLeast(3);
   if (arguments[0] != "nalimov") arguments.Refuse("could not parse type");
-  std::uint64_t size = 0;
-  try {
-    size = ToMemorySize(arguments[1]);
-  } catch (const string_conversion_error&) {
-    arguments.Refuse("could not parse new size");
-  }
+  const std::uint64_t size = arguments.MemorySize(1);
   return std::make_unique<Command_InitTablebases>(arguments.Raw(), arguments[0], size, arguments.Joined(2));
 }
 
@@ -193,10 +185,6 @@ std::unique_ptr<Command> ParseRating(BasicProtocol&, const Arguments& arguments)
   return std::make_unique<Command_Rating>(arguments.Raw(), arguments.Int(0), arguments.Int(1));
 }
 
-std::unique_ptr<Command> ParseId(BasicProtocol&, const Arguments& arguments) {
-  return std::make_unique<Command_Id>(arguments.Raw(), arguments.Joined(0));
-}
-
 std::unique_ptr<Command> ParseDisplaySettings(BasicProtocol&, const Arguments& arguments) {
   const std::string names = arguments.Count() == 0 ? "all" : arguments.Joined(0);
   return std::make_unique<Command_DisplaySettingVariables>(arguments.Raw(), names);
@@ -205,13 +193,6 @@ std::unique_ptr<Command> ParseDisplaySettings(BasicProtocol&, const Arguments& a
 // Takes any arguments and ignores them.
 std::unique_ptr<Command> ParseOptimizePiece(BasicProtocol&, const Arguments& arguments) {
   return std::make_unique<Command_OptimizePiece>(arguments.Raw());
-}
-
-template <typename CommandClass>
-Parser AnyJoined() {
-  return [](BasicProtocol&, const Arguments& arguments) -> std::unique_ptr<Command> {
-    return std::make_unique<CommandClass>(arguments.Raw(), arguments.Joined(0));
-  };
 }
 
 const std::map<std::string, Parser>& Keywords() {
@@ -243,7 +224,7 @@ const std::map<std::string, Parser>& Keywords() {
       {"quit", Plain<Command_Quit>()},
       // clocks
       {"level", ParseLevel},
-      {"tc", AnyJoined<Command_Tc>()},
+      {"tc", JoinedText<Command_Tc>(0)},
       {"st", ParseSt},
       {"sd", OneInt<Command_sd>()},
       {"time", OneInt<Command_Time>()},
@@ -260,7 +241,7 @@ const std::map<std::string, Parser>& Keywords() {
       {"computer", Plain<Command_Computer>()},
       {"name", JoinedText<Command_Name>(1)},
       {"rating", ParseRating},
-      {"id", ParseId},
+      {"id", JoinedText<Command_Id>(0)},
       {"modify_settings", JoinedText<Command_ModifySettingVariables>(1)},
       {"read_settings", OneText<Command_ReadSearchSettings>()},
       {"write_settings", OneText<Command_WriteSearchSettings>()},
@@ -280,8 +261,8 @@ const std::map<std::string, Parser>& Keywords() {
       {"write_fen", OneText<Command_WriteFEN>()},
       {"write_pgn", OneText<Command_WritePGN>()},
       // endgame database jobs
-      {"generate", AnyJoined<Command_Generate>()},
-      {"verify", AnyJoined<Command_Verify>()},
+      {"generate", JoinedText<Command_Generate>(0)},
+      {"verify", JoinedText<Command_Verify>(0)},
       // refused words
       {"bk", Unsupported()},
       {"ics", Unsupported()},

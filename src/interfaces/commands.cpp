@@ -38,6 +38,13 @@ namespace {
   throw ErrorCommand(ErrorCommand::ERROR, reason, command.input);
 }
 
+// The engine plays neither side any more, and the game goes on in `mode`.
+void ReleaseBothSides(Game& game, int mode) {
+  game.white.engine_plays = false;
+  game.black.engine_plays = false;
+  game.game_mode = mode;
+}
+
 }  // namespace
 
 void Command_DoNothing::Execute(Game&) { done = true; }
@@ -81,9 +88,7 @@ void Command_New::Execute(Game& game) {
 void Command_Force::Execute(Game& game) {
   game.AbortSearch(true);
   game.clock.Stop();
-  game.white.engine_plays = false;
-  game.black.engine_plays = false;
-  game.game_mode = GAME_MODE_FORCE;
+  ReleaseBothSides(game, GAME_MODE_FORCE);
   done = true;
 }
 
@@ -139,9 +144,7 @@ void Command_Analyze::Execute(Game& game) {
   }
   game.AbortSearch(true);
   game.clock.Stop();
-  game.white.engine_plays = false;
-  game.black.engine_plays = false;
-  game.game_mode = GAME_MODE_ANALYZE;
+  ReleaseBothSides(game, GAME_MODE_ANALYZE);
   done = true;
   game.RequestSearch(SearchKind::analyze);
 }
@@ -189,9 +192,7 @@ void Command_Move::Execute(Game& game) {
     if (game.game_mode == GAME_MODE_ANALYZE && game.Protocol().AnalyzesFinishedGames()) {
       game.RequestSearch(SearchKind::analyze);
     }
-    game.white.engine_plays = false;
-    game.black.engine_plays = false;
-    game.game_mode = GAME_MODE_FORCE;
+    ReleaseBothSides(game, GAME_MODE_FORCE);
     return;
   }
   if (game.search_state == SEARCH_STATE_PONDERING && move == expected) {
@@ -280,9 +281,7 @@ void Command_Next::Execute(Game& game) {
       game.RequestSearch(SearchKind::analyze);
     }
     game.clock.Stop();
-    game.white.engine_plays = false;
-    game.black.engine_plays = false;
-    game.game_mode = GAME_MODE_FORCE;
+    ReleaseBothSides(game, GAME_MODE_FORCE);
   }
   done = true;
 }
@@ -317,9 +316,7 @@ int ResultCode(const std::string& result) {
 void Command_Result::Execute(Game& game) {
   game.AbortSearch(true);
   game.clock.Stop();
-  game.game_mode = GAME_MODE_FORCE;
-  game.white.engine_plays = false;
-  game.black.engine_plays = false;
+  ReleaseBothSides(game, GAME_MODE_FORCE);
   if (game.IsFinished()) {
     game.Protocol().ShowCommandIgnored("game over");
   } else {

@@ -34,7 +34,7 @@ struct GameClock {
   std::int64_t Elapsed();
   void Stop();
   // Charges the move to the active side and hands the clock to the other; a running stopwatch
-  // keeps running.
+  // keeps running. A timed move is charged a few ms more than measured, for the front end's latency.
   void SwitchSides();
   void Reset(int active_colour);
   void SetControls(const TimeControlList& white, const TimeControlList& black, int active_colour);

@@ -184,6 +184,19 @@ struct SanDetails {
   }
 };
 
+// Takes a rank digit and then a file letter off the end of `text`, where they stand; either may be
+// missing, as in "Nbd7" or "R1e2".
+void TakeSquareFromBack(std::string& text, int& file, int& rank) {
+  if (!text.empty() && IsRankDigit(text.back())) {
+    rank = text.back() - '1';
+    text.pop_back();
+  }
+  if (!text.empty() && IsFileLetterAnyCase(text.back())) {
+    file = FileIndex(text.back());
+    text.pop_back();
+  }
+}
+
 // Takes the SAN text apart from both ends; false if characters are left that mean nothing.
 bool ReadSanDetails(std::string text, SanDetails& details) {
   std::size_t at = text.find('+');
@@ -207,26 +220,12 @@ bool ReadSanDetails(std::string text, SanDetails& details) {
       text.erase(equals);
     }
   }
-  if (!text.empty() && IsRankDigit(text.back())) {
-    details.to_rank = text.back() - '1';
-    text.pop_back();
-  }
-  if (!text.empty() && IsFileLetterAnyCase(text.back())) {
-    details.to_file = FileIndex(text.back());
-    text.pop_back();
-  }
+  TakeSquareFromBack(text, details.to_file, details.to_rank);
   if (equals == std::string::npos && !text.empty() && LeadingPiece(text.front()) != NO_PIECE) {
     details.piece = LeadingPiece(text.front());
     text.erase(0, 1);
   }
-  if (!text.empty() && IsRankDigit(text.back())) {
-    details.from_rank = text.back() - '1';
-    text.pop_back();
-  }
-  if (!text.empty() && IsFileLetterAnyCase(text.back())) {
-    details.from_file = FileIndex(text.back());
-    text.pop_back();
-  }
+  TakeSquareFromBack(text, details.from_file, details.from_rank);
   return text.empty();
 }
 

@@ -284,6 +284,16 @@ void LimitedRazoring(Node& n) {
   n.distance = reduced;
 }
 
+// The node is futile when its material plus `margin` stays below gamma: then only moves that gain
+// enough to close the rest are searched.
+void MarkFutileBelowGamma(Node& n, int margin) {
+  const int base = n.board.State().material + margin;
+  if (n.gamma > base) {
+    n.futile = true;
+    n.futility_base = base;
+  }
+}
+
 void ExtendedFutility(Node& n) {
   bool enabled = n.IsPv() ? enable_extended_futility_pruning_if_searching_pv_move
                           : enable_extended_futility_pruning_if_not_searching_pv_move;
@@ -292,11 +302,7 @@ void ExtendedFutility(Node& n) {
     return;
   }
   if (skip_extended_futility_pruning_if_searching_for_mate && n.gamma > MATE_RANGE) return;
-  int base = n.board.State().material + extended_futility_pruning_margin;
-  if (n.gamma > base) {
-    n.futile = true;
-    n.futility_base = base;
-  }
+  MarkFutileBelowGamma(n, extended_futility_pruning_margin);
 }
 
 void Futility(Node& n, bool test_upper_limit) {
@@ -304,11 +310,7 @@ void Futility(Node& n, bool test_upper_limit) {
                           : enable_futility_pruning_if_not_searching_pv_move;
   if (!enabled || (test_upper_limit && n.distance > max_distance_for_futility_pruning)) return;
   if (skip_futility_pruning_if_searching_for_mate && n.gamma > MATE_RANGE) return;
-  int base = n.board.State().material + futility_pruning_margin;
-  if (n.gamma > base) {
-    n.futile = true;
-    n.futility_base = base;
-  }
+  MarkFutileBelowGamma(n, futility_pruning_margin);
 }
 
 void SelectivePruningSetUp(Node& n) {
