@@ -77,7 +77,6 @@ HASH_ENTRY MakePvEntry(std::uint64_t key, Move move, int position_type, bool sin
 class TRANSPOSITION_TABLE final : public ABSTRACT_HASH_TABLE {
  public:
   static constexpr std::uint64_t SMALLEST_BYTES = 12288;
-  static constexpr std::uint64_t BUCKET_BYTES = 2 * sizeof(HASH_ENTRY);
 
   TRANSPOSITION_TABLE();
 
