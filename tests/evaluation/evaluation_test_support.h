@@ -11,15 +11,11 @@
 #include "board/move_generator.h"
 #include "evaluation/evaluation_record.h"
 #include "evaluation/pawn_facts.h"
-#include "interfaces/fen.h"
+#include "board/board_test_helpers.h"
 
 namespace evaluation_test {
 
-inline Board FromFen(const std::string& fen) {
-  Board board;
-  ZephrinInterfaces::ReadFen(fen, board);
-  return board;
-}
+using board_test::FromFen;
 
 // A cleared record with the pawn lists and the passed pawns, as every evaluator starts.
 inline EvaluationRecord PassedOf(const Board& board) {

@@ -31,7 +31,7 @@ TEST(EditBoard, RightsSurviveUntilASquareChanges) {
   EXPECT_EQ(FenOf(board), "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBN1 w Qkq - 0 1");
 
   // Rights that a position gave up stay given up while its squares stand.
-  EditBoard no_rights{test_helpers::BoardFrom("r3k2r/8/8/8/8/8/8/R3K2R w Kq - 0 1")};
+  EditBoard no_rights{test_helpers::FromFen("r3k2r/8/8/8/8/8/8/R3K2R w Kq - 0 1")};
   EXPECT_EQ(FenOf(no_rights), "r3k2r/8/8/8/8/8/8/R3K2R w Kq - 0 1");
   no_rights.SetPiece(A1, 0);
   no_rights.SetPiece(A1, ROOK);
@@ -60,7 +60,7 @@ TEST(EditBoard, IllegalPositionsAreRefused) {
   EXPECT_NE(pawn_on_first_rank.DisplayText(false).find("  1 | *R| *N| *B| *Q| *P|"), std::string::npos);
 
   // Black in check with Black to move is legal; handing White the move isn't.
-  EditBoard check{test_helpers::BoardFrom("4k3/8/8/8/8/8/8/3KR3 b - - 0 1")};
+  EditBoard check{test_helpers::FromFen("4k3/8/8/8/8/8/8/3KR3 b - - 0 1")};
   EXPECT_TRUE(check.IsValid());
   check.side = WHITE;
   check.status = EDIT_BOARD_CHANGED;
@@ -68,7 +68,7 @@ TEST(EditBoard, IllegalPositionsAreRefused) {
 }
 
 TEST(EditBoard, TheEnPassantSquareIsLostWhenThePositionIsRebuilt) {
-  EditBoard board{test_helpers::BoardFrom("rnbqkbnr/pppp1ppp/8/8/3Pp3/8/PPP1PPPP/RNBQKBNR b KQkq d3 0 1")};
+  EditBoard board{test_helpers::FromFen("rnbqkbnr/pppp1ppp/8/8/3Pp3/8/PPP1PPPP/RNBQKBNR b KQkq d3 0 1")};
   EXPECT_EQ(FenOf(board), "rnbqkbnr/pppp1ppp/8/8/3Pp3/8/PPP1PPPP/RNBQKBNR b KQkq d3 0 1");
   board.status = EDIT_BOARD_CHANGED;
   EXPECT_EQ(FenOf(board), "rnbqkbnr/pppp1ppp/8/8/3Pp3/8/PPP1PPPP/RNBQKBNR b KQkq - 0 1");

@@ -18,7 +18,7 @@ using test_helpers::Play;
 namespace {
 
 const Board WITH_QUEENS = Board();
-const Board ROOK_ENDING = test_helpers::BoardFrom("4k3/4r3/8/8/8/8/3R4/4K3 w - - 0 1");
+const Board ROOK_ENDING = test_helpers::FromFen("4k3/4r3/8/8/8/8/3R4/4K3 w - - 0 1");
 
 DrawResignTracker After(std::initializer_list<int> scores, bool computer, const Board& position = WITH_QUEENS) {
   DrawResignTracker tracker;

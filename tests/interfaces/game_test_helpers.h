@@ -8,18 +8,14 @@
 #include <sstream>
 #include <string>
 
+#include "board/board_test_helpers.h"
 #include "interfaces/fen.h"
 #include "interfaces/move_text.h"
 #include "interfaces/user_board.h"
 
 namespace test_helpers {
 
-// A position from FEN text.
-inline Board BoardFrom(const std::string& fen) {
-  Board board;
-  ZephrinInterfaces::ReadFen(fen, board);
-  return board;
-}
+using board_test::FromFen;
 
 // A game from FEN text, or from the start position for an empty text.
 inline UserBoard GameFrom(const std::string& fen = "") {
