@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
 
 #include "board/bitboard.h"
 #include "board/static_exchange.h"
 #include "evaluation/evaluation.h"
+#include "frame/string_conversions.h"
 #include "frame/tee_stream.h"
 
 namespace ZephrinInterfaces {
@@ -14,14 +16,6 @@ namespace {
 
 constexpr int WORST_LOSS = -10;
 constexpr Bitboard LIGHT_SQUARES = 0x55aa55aa55aa55aaULL;
-
-bool ReadSquare(const std::string& text, Square& square) {
-  if (text.size() != 2 || text[0] < 'a' || text[0] > 'h' || text[1] < '1' || text[1] > '8') return false;
-  square = MakeSquare(text[0] - 'a', text[1] - '1');
-  return true;
-}
-
-std::string SquareName(Square s) { return {char('a' + FileOf(s)), char('1' + RankOf(s))}; }
 
 // The squares worth a try for the piece on `from`.
 Bitboard Candidates(const Board& board, Square from) {
@@ -54,12 +48,13 @@ bool SafeSquare(const Board& board, Square from, Square to) {
 }  // namespace
 
 void OptimizePiece(const Board& board, int personality, const std::string& square_text) {
-  Square from = 0;
-  if (!ReadSquare(square_text, from) || board.squares[from] == 0) {
+  const std::optional<Square> square = ParseSquare(square_text);
+  if (!square || board.squares[*square] == 0) {
     Out << "Error: Invalid square\n";
     Out.Flush();
     return;
   }
+  const Square from = *square;
   const Color owner = ColorOf(board.squares[from]);
   int best_value = -32768;
   Square best_square = from;
@@ -72,9 +67,9 @@ void OptimizePiece(const Board& board, int personality, const std::string& squar
     if (value <= best_value) continue;
     best_value = value;
     best_square = to;
-    Out << "New best square: " << SquareName(to) << " (val=" << std::int32_t(value) << ")\n";
+    Out << "New best square: " << SquareText(to) << " (val=" << std::int32_t(value) << ")\n";
   }
-  Out << "Best square: " << SquareName(best_square) << " (val=" << std::int32_t(best_value) << ")\n";
+  Out << "Best square: " << SquareText(best_square) << " (val=" << std::int32_t(best_value) << ")\n";
   Out.Flush();
 }
 
