@@ -9,6 +9,7 @@
 
 #include "bitbases/bitbase_files.h"
 #include "board/board_test_helpers.h"
+#include "frame/memory_mapped_file.h"
 #include "frame/tee_stream.h"
 #include "tablebases/tablebase_probe.h"
 
@@ -30,11 +31,11 @@ class BitbaseFiles : public ::testing::Test {
     fs::remove_all(directory_);
   }
 
-  // A file of `size` zero bytes but for the given ones.
+  // A new file of `size` zero bytes but for the given ones, written through the writable mapping.
   void Write(const char* name, std::size_t size, const std::vector<std::pair<std::size_t, std::uint8_t>>& bytes) {
-    std::vector<char> data(size, 0);
-    for (const auto& [offset, value] : bytes) data[offset] = char(value);
-    std::ofstream(directory_ / name, std::ios::binary).write(data.data(), std::streamsize(size));
+    fs::remove(directory_ / name);
+    ZephrinUtils::MemoryMappedFile file((directory_ / name).string(), size);
+    for (const auto& [offset, value] : bytes) file.data()[offset] = value;
   }
 
   // LoadBitbasesFrom's report in the log.
