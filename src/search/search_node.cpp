@@ -129,8 +129,9 @@ GenerateResult GenerateNodeMoves(Node& n, int& answer) {
   return n.end - n.list == 1 ? GenerateResult::SINGLE : GenerateResult::NORMAL;
 }
 
-// The bitbases, for kings and pawns, from ply 3 on. A win or a draw answers; a loss answers only
-// a gamma above it, as the side may still find the longest defence below the tablebases' reach.
+// The bitbases, for kings and pawns, from ply 3 on. A win or a draw answers. A loss carries no
+// distance, so it only refutes a gamma above it; below, the node searches on, and the tablebases
+// may still place the mate.
 bool ProbeBitbasesAtNode(const Node& n, int& answer) {
   int r = 0;
   if (ProbeBitbases(n.board, r) != BB_FOUND) return false;
