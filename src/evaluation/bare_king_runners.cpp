@@ -1,5 +1,6 @@
 #include "evaluation/bare_king_runners.h"
 
+#include "bitbases/bitbase_probes.h"
 #include "board/bitboard.h"
 #include "evaluation/pawn_facts.h"
 
@@ -12,13 +13,10 @@ constexpr int RUNNER_TO_MOVE[7] = {0, 640, 640, 720, 760, 800, 920};
 constexpr int RUNNER_NOT_TO_MOVE[7] = {0, 520, 520, 640, 720, 760, 800};
 
 // Whether colour's king and its pawn on `pawn` win against the enemy king, the other pieces left
-// aside. The single pawn bitbase that answers this isn't written yet: until it is, every position
-// counts as not found, which is never a win.
+// aside.
 bool SinglePawnBitbaseWins(const Board& board, Color colour, Square pawn) {
-  (void)board;
-  (void)colour;
-  (void)pawn;
-  return false;
+  return SinglePawnWins(colour, board.side_to_move, pawn, board.sides[colour].king_square,
+                        board.sides[colour ^ 1].king_square);
 }
 
 int Units(const BoardSide& side) { return side.minor_units + side.major_units; }

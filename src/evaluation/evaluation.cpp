@@ -71,12 +71,15 @@ int ExactEvaluation(EvaluationRecord& record, const Board& board, PositionType p
   return low;
 }
 
-std::string EvaluationCommandText(const Board& board, int personality) {
+int StaticEvaluation(const Board& board, int personality) {
   EvaluationSettings settings;
   settings.white_draw_score = 0;
   settings.personality = std::int16_t(personality);
   EvaluationRecord record;
   record.settings = &settings;
-  int score = ExactEvaluation(record, board, ClassifyPosition(board, NO_POSITION_TYPE));
-  return "eval: " + std::to_string(score) + "\n";
+  return ExactEvaluation(record, board, ClassifyPosition(board, NO_POSITION_TYPE));
+}
+
+std::string EvaluationCommandText(const Board& board, int personality) {
+  return "eval: " + std::to_string(StaticEvaluation(board, personality)) + "\n";
 }

@@ -22,6 +22,8 @@ int Evaluate(EvaluationRecord& record, const Board& board, int bound, PositionTy
 // The score itself, found by bisection over Evaluate.
 int ExactEvaluation(EvaluationRecord& record, const Board& board, PositionType position_type);
 
-// The `eval` command's text, "eval: <score>\n", with the score from the side to move's view: a
-// fresh record with draw score 0 and the given personality.
+// The static evaluation from the side to move's view, as the commands see it: a fresh record
+// with draw score 0 and the given personality.
+int StaticEvaluation(const Board& board, int personality);
+// The `eval` command's text, "eval: <score>\n", with StaticEvaluation.
 std::string EvaluationCommandText(const Board& board, int personality);

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "bitbases/bitbase_files.h"
+#include "bitbases/bitbase_probes.h"
 #include "board/bitboard.h"
 #include "board/king_flood.h"
 #include "evaluation/bare_king_runners.h"
@@ -12,11 +14,6 @@
 #include "evaluation/special_endings.h"
 
 namespace {
-
-// The two-pawn bitbase isn't part of the program yet, so it is never loaded and the race of passers
-// against passers counts 0. Once the loader exists these two are its answers.
-bool TwoPawnsLoaded() { return false; }
-int TwoPawnsRawValue(Color, Square, Square, Square, Square) { return 0; }
 
 // Decided races exit before the costly terms.
 constexpr int PAWN_ENDING_LAZY_MARGIN = 3000;
@@ -105,7 +102,7 @@ int PawnRace(const EvaluationRecord& record, const Board& board) {
   const bool black = record.pawns[BLACK].passed_front != 0;
   if (white && !black) return 2 * LoneRunners(record, board, WHITE);
   if (black && !white) return -2 * LoneRunners(record, board, BLACK);
-  if (white && black && TwoPawnsLoaded()) return PassersRace(record, board, TwoPawnsRawValue);
+  if (white && black && ZephrinBitbases::TwoPawnsData() != nullptr) return PassersRace(record, board, TwoPawnsRawValue);
   return 0;
 }
 

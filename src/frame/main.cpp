@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "bitbases/bitbase_files.h"
 #include "board/attack_tables.h"
 #include "frame/command_line.h"
 #include "frame/main_loop.h"
@@ -19,6 +20,7 @@ int main(int argc, char* argv[]) {
   InitAttackTables();
   ResizeHashTablesToDefaults();
   ExecutableDirectory(argc > 0 ? argv[0] : "");
+  LoadBitbases();
 
   std::vector<std::string> arguments;
   for (int i = 1; i < argc; ++i) {

@@ -475,12 +475,6 @@ void Command_ResizeHashtable::Execute(Game& game) {
   if (!refusal.empty()) Refuse(*this, refusal);
   done = true;
 }
-void Command_DisplayTablebasesStatus::Execute(Game&) { RaiseNotAvailableYet(*this); }
-
-void Command_InitTablebases::Execute(Game& game) {
-  RequireForceMode(*this, game);
-  RaiseNotAvailableYet(*this);
-}
 
 void Command_Contempt::Execute(Game& game) {
   RequireForceMode(*this, game);
@@ -605,8 +599,6 @@ void Command_Ping::Execute(Game&) {
   done = true;
 }
 
-void Command_Probe::Execute(Game&) { RaiseNotAvailableYet(*this); }
-void Command_OptimizePiece::Execute(Game&) { RaiseNotAvailableYet(*this); }
 
 // --- File commands ---
 

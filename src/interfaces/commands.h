@@ -9,6 +9,7 @@
 #include "board/types.h"
 #include "interfaces/command.h"
 #include "interfaces/user_board.h"
+#include "tablebases/tablebase_initializer.h"
 
 namespace ZephrinInterfaces {
 
@@ -302,6 +303,7 @@ class Command_DisplayTablebasesStatus : public Command {
 
 class Command_InitTablebases : public Command {
  public:
+  using Initializer = ZephrinTablebases::Initializer;
   Command_InitTablebases(std::string raw_input, std::string tb_type, std::uint64_t cache_bytes, std::string tb_path)
       : Command(std::move(raw_input)), type(std::move(tb_type)), size(cache_bytes), path(std::move(tb_path)) {}
   void Execute(Game& game) override;
@@ -473,6 +475,8 @@ class Command_Probe : public Command {
   Command_Probe(std::string raw_input, std::string fen_text) : Command(std::move(raw_input)), fen(std::move(fen_text)) {}
   void Execute(Game& game) override;
   std::string fen;
+  UserBoard position;  // read from fen at the first execution
+  bool validated = false;
 };
 
 class Command_OptimizePiece : public Command {

@@ -11,6 +11,7 @@
 #include "search/search.h"
 #include "search/search_tree.h"
 #include "settings/search_settings.h"
+#include "tablebases/tablebase_probe.h"
 
 namespace {
 
@@ -128,13 +129,90 @@ GenerateResult GenerateNodeMoves(Node& n, int& answer) {
   return n.end - n.list == 1 ? GenerateResult::SINGLE : GenerateResult::NORMAL;
 }
 
-// The bitbases, for kings and pawns, from ply 3 on. Not consulted yet: nothing is found, and the
-// node goes on to the tablebases.
-bool ProbeBitbasesAtNode(const Node&, int&) { return false; }
+// The bitbases, for kings and pawns, from ply 3 on. A win or a draw answers. A loss carries no
+// distance, so it only refutes a gamma above it; below, the node searches on, and the tablebases
+// may still place the mate.
+bool ProbeBitbasesAtNode(const Node& n, int& answer) {
+  int r = 0;
+  if (ProbeBitbases(n.board, r) != BB_FOUND) return false;
+  if (r == 0) {
+    answer = n.Answer(n.gamma <= n.tree.DrawValue());
+  } else if (r > 0) {
+    answer = n.Answer(n.gamma <= r - n.ply + 1);
+  } else {
+    if (n.gamma <= r + n.ply) return false;
+    answer = n.No();
+  }
+  return true;
+}
 
-// The tablebases, with a budget of pieces by distance and type. Not consulted yet:
-// nothing is found.
-bool ProbeEndgameDatabases(const Node&, int&) { return false; }
+bool HasNoPawns(const Board& board, Color c) { return board.sides[c].pawns == 0; }
+bool EitherSideHasNoPawns(const Board& board) { return HasNoPawns(board, WHITE) || HasNoPawns(board, BLACK); }
+
+// The side with pieces in an ending of one piece against pawns.
+Color PieceOwner(const Board& board) {
+  const BoardSide& white = board.sides[WHITE];
+  return white.minor_units + white.major_units > 0 ? WHITE : BLACK;
+}
+
+// A pawn of colour one step from promotion.
+bool PawnAboutToPromote(const Board& board, Color c) {
+  return (board.sides[c].pawns & RankMask(c == WHITE ? 6 : 1)) != 0;
+}
+
+// The cost of a tablebase probe is bounded by distance: deep nodes may probe more men than shallow
+// ones, and each type has the piece counts whose tables are worth reading. Returns false where the
+// node doesn't probe at all.
+bool TablebasePieceBounds(const Node& n, int& minimum, int& maximum) {
+  const Board& board = n.board;
+  const bool pv = n.IsPv();
+  const int d = n.distance;
+  const Move last = n.ply > 0 ? n.tree.line[n.ply - 1] : 0;
+  const bool capture_or_promotion = MoveCaptured(last) != NO_PIECE || MovePromotion(last) != NO_PIECE;
+  minimum = 0;
+  maximum = 6;
+  if (n.ply <= 2 || (capture_or_promotion && (pv || d > 895))) return true;
+  switch (n.type) {
+    case POSITION_ROOK_ENDING:
+    case POSITION_QUEEN_ENDING:
+      minimum = 5;
+      maximum = EitherSideHasNoPawns(board) ? 5 : 6;
+      return d > (pv ? 320 : 384) || n.ply <= 3;
+    case POSITION_KNIGHT_KNIGHT:
+    case POSITION_SAME_BISHOPS:
+    case POSITION_OPPOSITE_BISHOPS:
+      minimum = 6;
+      return d > (pv ? 448 : 576) && EitherSideHasNoPawns(board);
+    case POSITION_LONE_KNIGHT:
+    case POSITION_LONE_BISHOP:
+    case POSITION_LONE_ROOK: {
+      const Color owner = PieceOwner(board);
+      return d > (pv ? 448 : 576) && HasNoPawns(board, owner) && !HasNoPawns(board, owner ^ 1);
+    }
+    case POSITION_LONE_QUEEN: {
+      const Color owner = PieceOwner(board);
+      return d > (pv ? 384 : 512) && HasNoPawns(board, owner) && PawnAboutToPromote(board, owner ^ 1);
+    }
+    case POSITION_PAWN_ENDING:
+      maximum = EitherSideHasNoPawns(board) ? 3 : d > (pv ? 384 : 512) ? 6 : 4;
+      return true;
+    default:
+      return false;
+  }
+}
+
+// The tablebases, within the node's budget of pieces.
+bool ProbeEndgameDatabases(const Node& n, int& answer) {
+  int minimum = 0, maximum = 0;
+  if (!TablebasePieceBounds(n, minimum, maximum)) return false;
+  const int pieces = PopCount(n.board.occupied);
+  if (pieces < minimum || pieces > maximum) return false;
+  int r = 0;
+  if (ProbeTablebases(n.board, r) != TB_FOUND) return false;
+  const int value = r == 0 ? n.tree.DrawValue() : r > 0 ? r + 1 - n.ply : r + n.ply;
+  answer = n.Answer(n.gamma <= value);
+  return true;
+}
 
 // A pin that the last two moves created is a threat: less pruning here or at the next ply.
 void DetectPin(Node& n) {

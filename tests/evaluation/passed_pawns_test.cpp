@@ -88,6 +88,7 @@ TEST(BareKingRunners, TheKingCatchesThePawnByOneTempoOrNot) {
   const Case cases[] = {
       {"8/8/8/P3k3/8/8/8/K6N w - - 0 1", 760, RunnerCase::NONE},  // out of the square
       {"8/8/8/P3k3/8/8/8/K6N b - - 0 1", 0, RunnerCase::NONE},    // caught; no bitbase win
+      {"8/3k4/1K6/1P6/8/8/8/7N b - - 0 1", 225, RunnerCase::NONE},  // caught, but king and pawn win
       {"8/8/8/P4k2/8/8/8/K6N b - - 0 1", 720, RunnerCase::NONE},  // one file too far
       {"8/P7/8/8/8/7k/8/K6N w - - 0 1", 920, RunnerCase::NONE},   // seventh rank, to move
       {"8/P7/8/8/8/7k/8/K6N b - - 0 1", 800, RunnerCase::NONE},
