@@ -60,7 +60,8 @@ TEST(GameFiles, FenFiles) {
             "could not open file");
   for (const auto& [text, error] : {std::pair{"8/8/8/4k3/8/8/8/R3K3 b - -", "could not read FEN file"},
                                     {"8/8/8/4k3/8/8/8/R3K3 x - - 0 1", "could not read FEN file"},
-                                    {"8/8/8/4k3/8/8/8/R7 w - - 0 1", "Illegal position"}}) {
+                                    {"8/8/8/4k3/8/8/8/R7 w - - 0 1", "Illegal position"},
+                                    {"4k3/8/8/8/8/8/4P3/4K w - - 0 1", "no error"}}) {  // a short last rank
     file.Write(text);
     EXPECT_EQ(FileError([&] { LoadFen(file.Name()); }), error) << text;
   }
