@@ -107,18 +107,20 @@ TEST(Pgn, WrittenTextIsExact) {
             "[Event \"?\"]\n[Site \"?\"]\n[Date \"????.??.??\"]\n[Round \"-\"]\n[White \"?\"]\n"
             "[Black \"?\"]\n[Result \"*\"]\n[TimeControl \"?\"]\n\n\n*\n");
 
-  // From a FEN with Black to move the first move has no number; no FEN tag is written.
-  UserBoard from_fen = GameFrom("rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0 1");
+  // From a FEN: the SetUp and FEN tags after Result, and Black's first move numbered "N...".
+  UserBoard from_fen = GameFrom("rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0 7");
   Play(from_fen, "c5 Nf3");
-  const std::string fen_text = Written(from_fen);
-  EXPECT_NE(fen_text.find("\n\nc5 2. Nf3 \n*\n"), std::string::npos) << fen_text;
-  EXPECT_EQ(fen_text.find("FEN"), std::string::npos);
+  EXPECT_NE(Written(from_fen).find("[Result \"*\"]\n[SetUp \"1\"]\n[FEN \"rnbqkbnr/pppppppp/8/8/4P3/8/"
+                                   "PPPP1PPP/RNBQKBNR b KQkq e3 0 7\"]\n[TimeControl \"?\"]\n\n7... c5 8. Nf3 \n*\n"),
+            std::string::npos)
+      << Written(from_fen);
 
-  // From an edited position with Black to move the game starts with "1. ...".
+  // An edited position with Black to move counts from move 1.
   UserBoard edited;
   edited.SetPosition(GameFrom("4k3/8/8/8/8/8/8/R3K3 b - - 0 1").Current());
   Play(edited, "Kd7 Ra7+");
-  EXPECT_NE(Written(edited).find("\n\n1. ... Kd7 1. Ra7+ \n*\n"), std::string::npos);
+  EXPECT_NE(Written(edited).find("[FEN \"4k3/8/8/8/8/8/8/R3K3 b - - 0 1\"]\n[TimeControl \"?\"]\n\n1... Kd7 2. Ra7+ \n*\n"),
+            std::string::npos);
 
   UserBoard drawn = GameFrom();
   drawn.SetResult(RESULT_DRAW, REASON_AGREEMENT);
