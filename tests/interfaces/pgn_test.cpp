@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
+#include <cstdlib>
 #include <fstream>
 #include <sstream>
 
@@ -13,6 +16,7 @@ using test_helpers::DataFile;
 using test_helpers::GameFrom;
 using test_helpers::Play;
 using test_helpers::Slurp;
+using test_helpers::TemporaryFile;
 
 namespace {
 
@@ -57,7 +61,73 @@ std::string ReadError(const std::string& text) {
   return error;
 }
 
+// Games for the writer: from the start and from set-up positions with either side to move, with
+// castling, en passant, promotions and results among them.
+struct WrittenGame {
+  const char* fen;  // empty: the start position
+  bool edited;      // set up as edit mode does, which keeps first ply 0 with Black to move
+  const char* moves;
+};
+const WrittenGame WRITTEN_GAMES[] = {
+    {"", false,
+     "e4 Nf6 e5 d5 exd6 Qxd6 d4 Bf5 Nf3 Nc6 Be2 O-O-O O-O e5 dxe5 Qxd1 Rxd1 Rxd1+ Bxd1 Nxe5 Nxe5 "
+     "Bxc2 Bxc2 g6 Nxf7 Bd6 Nxh8 Bxh2+ Kxh2"},
+    {"", false, "f3 e5 g4 Qh4#"},
+    {"4k3/1P6/8/8/8/8/8/4K2R w K - 0 40", false, "b8=Q+ Kd7 O-O Ke6 Qe8+ Kd5 Rf5+ Kd4 Qe5+ Kd3 Rf3+ Kd2 Qe3+ Kc2 Rf2+ Kb1 Qe1#"},
+    {"4k3/8/8/8/3Pp3/8/8/K7 b - d3 0 12", false, "exd3 Kb2 d2 Kc2 d1=N"},
+    {"4k3/8/8/8/8/8/8/R3K3 b - - 0 1", true, "Kd7 Ra7+ Kc6"},
+    {"4k3/8/8/8/8/8/4P3/4K3 w - - 0 1", false, "e4 Kd7"},
+};
+
+UserBoard Built(const WrittenGame& row) {
+  UserBoard game = GameFrom(row.fen);
+  if (row.edited) game.SetPosition(UserBoard(game).Current());
+  Play(game, row.moves);
+  return game;
+}
+
 }  // namespace
+
+TEST(Pgn, WriteReadWriteGivesTheSameFile) {
+  PgnTags tags;
+  tags.white = "Zephrin";
+  for (const WrittenGame& row : WRITTEN_GAMES) {
+    SCOPED_TRACE(row.moves);
+    const UserBoard game = Built(row);
+    const std::string text = Written(game, tags);
+    EXPECT_EQ(text.find("[FEN ") == std::string::npos, *row.fen == 0);
+    std::istringstream in(text);
+    UserBoard read;
+    PgnTags read_tags;
+    ReadPgn(read, in, read_tags);
+    read.PlayAllNext();
+    EXPECT_EQ(read.Moves(), game.Moves());
+    EXPECT_EQ(Written(read, read_tags), text);
+  }
+}
+
+// Another program replays every written game without a complaint and ends where the game did.
+TEST(Pgn, PgnExtractReplaysWrittenGames) {
+  std::string program;
+  for (const char* path : {"/usr/bin/pgn-extract", "/usr/games/pgn-extract", "/usr/local/bin/pgn-extract"}) {
+    if (program.empty() && access(path, X_OK) == 0) program = path;
+  }
+  if (program.empty()) GTEST_SKIP() << "pgn-extract is not installed (Debian package pgn-extract)";
+  TemporaryFile pgn, log, out;
+  for (const WrittenGame& row : WRITTEN_GAMES) {
+    SCOPED_TRACE(row.moves);
+    const UserBoard game = Built(row);
+    pgn.Write(Written(game));
+    log.Write("");
+    const std::string command = program + " -s -F --notags -w 1000 -l'" + log.Name() + "' '" + pgn.Name() +
+                                "' >'" + out.Name() + "' 2>&1";
+    ASSERT_EQ(std::system(command.c_str()), 0) << command;
+    EXPECT_EQ(Slurp(log.Name()), "");
+    // Without the move number: an edited game counts from ply 0 even when Black moves first.
+    const std::string fen = PositionToFen(game).substr(0, PositionToFen(game).rfind(' ') + 1);
+    EXPECT_NE(Slurp(out.Name()).find("{ \"" + fen), std::string::npos) << Slurp(out.Name()) << fen;
+  }
+}
 
 TEST(Pgn, FamousGamesPlayThroughToTheirEnd) {
   struct Case {
