@@ -73,7 +73,8 @@ const WrittenGame WRITTEN_GAMES[] = {
      "e4 Nf6 e5 d5 exd6 Qxd6 d4 Bf5 Nf3 Nc6 Be2 O-O-O O-O e5 dxe5 Qxd1 Rxd1 Rxd1+ Bxd1 Nxe5 Nxe5 "
      "Bxc2 Bxc2 g6 Nxf7 Bd6 Nxh8 Bxh2+ Kxh2"},
     {"", false, "f3 e5 g4 Qh4#"},
-    {"4k3/1P6/8/8/8/8/8/4K2R w K - 0 40", false, "b8=Q+ Kd7 O-O Ke6 Qe8+ Kd5 Rf5+ Kd4 Qe5+ Kd3 Rf3+ Kd2 Qe3+ Kc2 Rf2+ Kb1 Qe1#"},
+    {"4k3/1P6/8/8/8/8/8/4K2R w K - 0 40", false,
+     "b8=Q+ Kd7 O-O Ke6 Qe8+ Kd5 Rf5+ Kd4 Qe5+ Kd3 Rf3+ Kd2 Qe3+ Kc2 Rf2+ Kb1 Qe1#"},
     {"4k3/8/8/8/3Pp3/8/8/K7 b - d3 0 12", false, "exd3 Kb2 d2 Kc2 d1=N"},
     {"4k3/8/8/8/8/8/8/R3K3 b - - 0 1", true, "Kd7 Ra7+ Kc6"},
     {"4k3/8/8/8/8/8/4P3/4K3 w - - 0 1", false, "e4 Kd7"},
@@ -108,11 +109,9 @@ TEST(Pgn, WriteReadWriteGivesTheSameFile) {
 
 // Another program replays every written game without a complaint and ends where the game did.
 TEST(Pgn, PgnExtractReplaysWrittenGames) {
-  std::string program;
-  for (const char* path : {"/usr/bin/pgn-extract", "/usr/games/pgn-extract", "/usr/local/bin/pgn-extract"}) {
-    if (program.empty() && access(path, X_OK) == 0) program = path;
-  }
-  if (program.empty()) GTEST_SKIP() << "pgn-extract is not installed (Debian package pgn-extract)";
+  const std::string program =
+      access("/usr/bin/pgn-extract", X_OK) == 0 ? "/usr/bin/pgn-extract" : "/usr/games/pgn-extract";
+  if (access(program.c_str(), X_OK) != 0) GTEST_SKIP() << "pgn-extract is not installed (Debian package)";
   TemporaryFile pgn, log, out;
   for (const WrittenGame& row : WRITTEN_GAMES) {
     SCOPED_TRACE(row.moves);
@@ -155,15 +154,6 @@ TEST(Pgn, FamousGamesPlayThroughToTheirEnd) {
     game.PlayAllNext();
     EXPECT_EQ(game.Current().result, c.result);
     EXPECT_EQ(game.Current().reason, REASON_MATE);
-
-    // Written and read again, the game is the same.
-    std::istringstream again(Written(game, tags));
-    UserBoard reread;
-    PgnTags reread_tags;
-    ReadPgn(reread, again, reread_tags);
-    EXPECT_EQ(reread_tags, tags);
-    reread.PlayAllNext();
-    EXPECT_EQ(reread.Moves(), game.Moves());
   }
 }
 
@@ -189,7 +179,8 @@ TEST(Pgn, WrittenTextIsExact) {
   UserBoard edited;
   edited.SetPosition(GameFrom("4k3/8/8/8/8/8/8/R3K3 b - - 0 1").Current());
   Play(edited, "Kd7 Ra7+");
-  EXPECT_NE(Written(edited).find("[FEN \"4k3/8/8/8/8/8/8/R3K3 b - - 0 1\"]\n[TimeControl \"?\"]\n\n1... Kd7 2. Ra7+ \n*\n"),
+  EXPECT_NE(Written(edited).find("[FEN \"4k3/8/8/8/8/8/8/R3K3 b - - 0 1\"]\n[TimeControl \"?\"]\n\n"
+                                 "1... Kd7 2. Ra7+ \n*\n"),
             std::string::npos);
 
   UserBoard drawn = GameFrom();
