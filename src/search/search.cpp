@@ -199,9 +199,9 @@ int Search::SearchRootMove(RootMove& root_move, int lower, int upper, int guess)
 
     RestorePv(root_move.line);
     int value = SearchRootChild(root_move.move, g);
-    ExtractPv(root_move);
 
     if (value == g) {  // at least g
+      ExtractPv(root_move);
       lower = value;
       if (run > 1) {
         step += (run * step) / 10;
@@ -244,7 +244,7 @@ bool Search::TestRootMove(RootMove& root_move, int best) {
   if (g > MATE_RANGE + 1 && (g & 1) != 0) g = best + 2;
   if (g < -(MATE_RANGE + 1) && (g & 1) == 0) g = g + 1;
   int value = SearchRootChild(root_move.move, g);
-  ExtractPv(root_move);
+  if (value != g - 1) ExtractPv(root_move);
   return value != g - 1;
 }
 
@@ -263,6 +263,9 @@ int Search::SearchRootChild(Move move, int g) {
   return -v;
 }
 
+// The line of a root move is taken only from a probe that reached its gamma: that line is the
+// proof of the value's lower bound. A probe that fails low leaves in the table the first reply
+// tried at each node, which is no line at all, so the move keeps the line of its last success.
 void Search::ExtractPv(RootMove& root_move) {
   Board copy(tree->board);
   root_move.line.clear();
