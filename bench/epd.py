@@ -21,12 +21,15 @@ MATE_RANGE = 31766
 
 def parse_epd(line):
     """The four FEN fields and the operations of one EPD record, or None for a blank line."""
-    line = line.strip()
+    line = line.replace("\0", " ").strip()
     if not line or line.startswith("#"):
         return None
     tokens = line.split()
     if len(tokens) < 4:
         raise ValueError("not an EPD record: " + line)
+    # "w - -1 12": a file that lost the space between the en-passant field and the counters.
+    if re.fullmatch(r"-\d+", tokens[3]):
+        tokens[3:4] = ["-", tokens[3][1:]]
     fen = " ".join(tokens[:4])
     rest = " ".join(tokens[4:])
     # Some files carry the two move counters after the four fields: skip numbers before the
