@@ -8,6 +8,7 @@
 
 #include "board/board_test_helpers.h"
 #include "e2e/engine_process.h"
+#include "interfaces/draw_resign_tracker.h"
 #include "tablebases/nalimov_block_reader.h"
 #include "tablebases/nalimov_ending.h"
 #include "tablebases/nalimov_tablebases.h"
@@ -83,6 +84,26 @@ TEST_F(NalimovTables, LookupReadsTheEntryOfThePosition) {
   EXPECT_TRUE(ScoreOfValue(-126 - 32640, score));
   EXPECT_EQ(score, -32767);
   EXPECT_FALSE(ScoreOfValue(NOT_READ, score));
+}
+
+// The game resigns a tablebase loss only when the mate is near, and offers no draw in a won ending.
+TEST_F(NalimovTables, VerdictOfTheTrackerFollowsTheTables) {
+  Set(0, KqkIndex(0, At("b6"), At("h3"), At("a8")), 126);
+  Set(1, KqkIndex(1, At("b6"), At("h3"), At("a8")), -100);
+  Set(1, KqkIndex(1, At("c6"), At("h3"), At("a8")), -120);
+  Write();
+  InitNalimovTablebases(directory_.string(), 1 << 20);
+  tablebases_loaded = true;
+  ZephrinInterfaces::DrawResignTracker tracker;
+  const std::pair<const char*, int> cases[] = {{"k7/8/1K6/8/8/7Q/8/8 w - - 0 1", 0},
+                                               {"k7/8/1K6/8/8/7Q/8/8 b - - 0 1", 2},
+                                               {"k7/8/2K5/8/8/7Q/8/8 b - - 0 1", 1},
+                                               {"k7/8/2K5/8/8/7Q/8/8 w - - 0 1", 4}};
+  for (const auto& [fen, verdict] : cases) {
+    tracker.Update(FromFen(fen), 0);
+    EXPECT_EQ(tracker.tablebase_verdict, verdict) << fen;
+    EXPECT_EQ(tracker.ShouldResign(), verdict == 1) << fen;
+  }
 }
 
 // A path without tables: the reason for the tb command, and a flag left as it was.
