@@ -171,7 +171,7 @@ TEST(NalimovIndex, SymmetricImagesShareTheIndex) {
   }
 }
 
-// Members of the family written out: knk and krnk with black to move, kpk with white to move.
+// Members of the family written out: knk and krnk with black to move, kpk with either side.
 TEST(NalimovIndex, WorkedMembers) {
   // The mover's king on b1 is in normal form: M = b1, O = e2, knight a6.
   TB_PIECE_LIST white{}, black{};
