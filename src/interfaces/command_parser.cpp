@@ -8,6 +8,7 @@
 #include "interfaces/basic_protocol.h"
 #include "interfaces/commands.h"
 #include "interfaces/personality_names.h"
+#include "interfaces/uci_commands.h"
 
 namespace ZephrinInterfaces {
 
@@ -208,6 +209,7 @@ const std::map<std::string, Parser>& Keywords() {
       {"protover", ParseProtover},
       {"fritz", Plain<Command_Fritz>()},
       {"console", Plain<Command_Console>()},
+      {"uci", Plain<Command_Uci>()},
       // the game
       {"new", Plain<Command_New>()},
       {"force", Plain<Command_Force>()},
