@@ -52,8 +52,8 @@ class BasicProtocol {
   virtual void ReportSearchInstability();
   virtual void ShowSearchSummary(const SearchReport& search);
   // The end of a search when the front end keeps the game: the move found and the reply expected
-  // to it, in coordinate notation (empty if none).
-  virtual void ShowBestMove(const std::string&, const std::string&) {}
+  // to it, MOVE_INVALID where there is none.
+  virtual void ShowBestMove(Move, Move) {}
   virtual void AcceptDraw() = 0;
   virtual void RejectDraw(bool opponent_is_computer);
   virtual void Resign() = 0;

@@ -146,15 +146,9 @@ void Game::MoveFound() {
 // When the front end keeps the game, every search ends in its move and the reply it expects, and
 // the game stays as the front end set it.
 void Game::ReportBestMove() {
-  if (search.best_move == MOVE_INVALID) return Protocol().ShowBestMove("", "");
-  UserBoard after = search.game;
-  const std::string best = MoveToText(after.Current(), search.best_move, NOTATION_COORDINATE);
-  std::string ponder;
-  if (search.pv.size() >= 2 && search.pv[0].move == search.best_move) {
-    after.PlayMove(search.best_move);
-    if (!after.IsFinished()) ponder = MoveToText(after.Current(), search.pv[1].move, NOTATION_COORDINATE);
-  }
-  Protocol().ShowBestMove(best, ponder);
+  const bool reply_known = search.best_move != MOVE_INVALID && search.pv.size() >= 2 &&
+                           search.pv[0].move == search.best_move;
+  Protocol().ShowBestMove(search.best_move, reply_known ? search.pv[1].move : MOVE_INVALID);
 }
 
 // The hint search has ended: its move is the hint, and with pondering on the search goes on from it.

@@ -1,7 +1,6 @@
 #include "interfaces/uci_protocol.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cstdlib>
 
 #include "frame/input.h"
@@ -37,15 +36,14 @@ std::int64_t MillisecondsSince(const TimeStamp& start) {
 }
 
 
-std::string LowerCase(std::string text) {
-  for (char& c : text) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-  return text;
-}
-
 }  // namespace
 
-std::string UciMoveText(const GameBoard& board, Move move) {
-  return LowerCase(MoveToText(board, move, NOTATION_COORDINATE));
+// Unlike the program's own coordinate form, UCI names every promotion piece, the queen too.
+std::string UciMoveText(Move move) {
+  static constexpr char PROMOTION_LETTERS[] = " pnbrqk";
+  std::string text = SquareText(MoveFrom(move)) + SquareText(MoveTo(move));
+  if (MovePromotion(move) != NO_PIECE) text += PROMOTION_LETTERS[MovePromotion(move)];
+  return text;
 }
 
 // Scores beyond 31767 are mates; the distance in moves follows the console's "#n".
@@ -96,8 +94,9 @@ void UciProtocol::ShowSearchSummary(const SearchReport& search) {
   BasicProtocol::ShowSearchSummary(search);
 }
 
-void UciProtocol::ShowBestMove(const std::string& move, const std::string& ponder) {
-  WriteLine("bestmove " + (move.empty() ? "0000" : LowerCase(move)) + (ponder.empty() ? "" : " ponder " + LowerCase(ponder)));
+void UciProtocol::ShowBestMove(Move move, Move ponder) {
+  WriteLine("bestmove " + (move == MOVE_INVALID ? "0000" : UciMoveText(move)) +
+            (ponder == MOVE_INVALID ? "" : " ponder " + UciMoveText(ponder)));
 }
 
 void UciProtocol::AcceptDraw() { WriteLogOnlyText("offer draw"); }
@@ -146,7 +145,7 @@ std::string UciProtocol::CoordinateLine(const std::vector<std::string>& san_move
     Move move = MOVE_INVALID;
     if (ParseMove(board.Current(), san, move) != PARSE_OK) break;
     if (!line.empty()) line += ' ';
-    line += UciMoveText(board.Current(), move);
+    line += UciMoveText(move);
     try {
       board.PlayMove(move);
     } catch (const UserBoard::invalid_move&) {

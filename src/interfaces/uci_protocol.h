@@ -33,7 +33,7 @@ class UciProtocol : public BasicProtocol {
   void ReportNewBestMove(const std::string& move) override;
   void ReportSearchInstability() override;
   void ShowSearchSummary(const SearchReport& search) override;
-  void ShowBestMove(const std::string& move, const std::string& ponder) override;
+  void ShowBestMove(Move move, Move ponder) override;
   void AcceptDraw() override;
   void Resign() override;
   void OfferDraw() override;
@@ -61,8 +61,8 @@ class UciProtocol : public BasicProtocol {
   std::int32_t last_score_ = 0;
 };
 
-// A move of the position in UCI's form: "e2e4", "e7e8q".
-std::string UciMoveText(const GameBoard& board, Move move);
+// A move in UCI's form: "e2e4", "e7e8q", "e1g1" for castling.
+std::string UciMoveText(Move move);
 // "cp 25" or "mate 3", "mate -2": the score from the side to move, mates in moves.
 std::string UciScoreText(std::int32_t score);
 

@@ -35,7 +35,7 @@ Move CheckSearchAnswer(const Lines& lines, const UserBoard& game) {
   for (int i = 0; i < (match[3].matched ? 2 : 1); ++i) {
     const std::string text = match[i == 0 ? 1 : 3];
     EXPECT_EQ(ParseMove(after.Current(), text, moves[i]), PARSE_OK) << text;
-    EXPECT_EQ(UciMoveText(after.Current(), moves[i]), text);
+    EXPECT_EQ(UciMoveText(moves[i]), text);
     if (i == 0 && moves[0] != MOVE_INVALID) after.PlayMove(moves[0]);
   }
   return moves[0];
@@ -62,11 +62,13 @@ TEST(UciEndToEnd, ScriptedSessionFromHandshakeToQuit) {
                           "Wenstor var Belquist var Nuvrain var Lumbrek var Zephrin var Fenx var Ondrith",
                           "uciok"}));
 
-  // Bad input changes nothing: the position of the last good `position` stays.
+  // Bad input changes nothing: the position of the last good `position` stays, and the move that
+  // mates in it is a promotion, which UCI writes with its piece.
+  const std::string mate_in_one = "position fen 8/8/8/8/8/2k5/p7/2K5 b - - 0 1";
   engine.Send("setoption name Hash value 1\nsetoption name Contempt value 5\nucinewgame\n"
-              "setoption name Foo value 1\nsetoption name Hash value 0\nsetoption name Ponder value maybe\n"
-              "position startpos moves e2e4 e7e5\nposition startpos moves e2e4 e7e5 e7e5\n"
-              "position fen 8/8/8/8/8/8/8/K6K w - -\nposition fen x\ngo depth x\ngo foo 5\nponder\nisready\n");
+              "setoption name Foo value 1\nsetoption name Hash value 0\nsetoption name Ponder value maybe\n" +
+              mate_in_one + "\nposition startpos moves e2e4 e7e5 e7e5\nposition fen 8/8/8/8/8/8/8/K6K w - -\n"
+              "position fen x\ngo depth x\ngo foo 5\nponder\nisready\n");
   EXPECT_EQ(engine.ReadUntil("readyok", deadline),
             (Lines{"info string Error (unknown option Foo): setoption name Foo value 1",
                    "info string Error (argument out of bounds): setoption name Hash value 0",
@@ -77,21 +79,19 @@ TEST(UciEndToEnd, ScriptedSessionFromHandshakeToQuit) {
                    "info string Error (integer argument expected): go depth x",
                    "info string Error (invalid argument(s)): go foo 5",
                    "info string Error (unrecognized command): ponder", "readyok"}));
-  UserBoard game;
-  std::string moves;
-  for (const char* text : {"e2e4", "e7e5"}) {
-    Move move = MOVE_INVALID;
-    ParseMove(game.Current(), text, move);
-    game.PlayMove(move);
-    moves.append(" ").append(text);
-  }
+  engine.Send("go depth 2\n");
+  const Lines mate = engine.ReadUntil("bestmove", deadline);
+  ASSERT_FALSE(mate.empty());
+  EXPECT_EQ(mate.back(), "bestmove a2a1q");
 
   // A game on a clock of 3 s + 0.1 s, the engine playing both sides.
+  UserBoard game;
+  std::string moves;
   for (int ply = 0; ply < 16 && !game.IsFinished(); ++ply) {
     engine.Send("position startpos moves" + moves + "\ngo wtime 3000 btime 3000 winc 100 binc 100\n");
     const Move move = CheckSearchAnswer(engine.ReadUntil("bestmove", deadline), game);
     ASSERT_NE(move, MOVE_INVALID) << "at ply " << ply;
-    moves.append(" ").append(UciMoveText(game.Current(), move));
+    moves.append(" ").append(UciMoveText(move));
     game.PlayMove(move);
   }
 
