@@ -257,6 +257,10 @@ for ((pair = 1; pair <= pairs; pair++)); do
         -lpf "$out/status/position-$nn.fen" -lpi 1
         -saveGameFile "$out/pgn/$nn.pgn" -debugMode true -nameOfDebugFile "$out/logs/xboard-$nn.debug"
         -popupExitMessage false -saveSettingsOnExit false -soundProgram "" -noGUI)
+  # polyglot, which speaks for a UCI engine, keeps the UCI traffic in logs/polyglot-NN.log.
+  if [ "$first_uci" = 1 ] || [ "$second_uci" = 1 ]; then
+    args+=(-adapterCommand "polyglot -noini -log true -lf \"$out/logs/polyglot-$nn.log\" -ec \"%fcp\" -ed \"%fd\"")
+  fi
   [ "$first_uci" = 1 ] && args+=(-fUCI)
   [ "$second_uci" = 1 ] && args+=(-sUCI)
   [ -n "$first_opts" ] && args+=(-firstOptions "$first_opts")
@@ -288,6 +292,11 @@ for ((pair = 1; pair <= pairs; pair++)); do
   say "pair $nn (${names[$index]:-position $((index + 1))}): xboard exit $rc, score ${score:-none}"
 done
 cat "$out"/pgn/*.pgn >"$out/games.pgn" 2>/dev/null
+# What UCI engines refused or complained about, as polyglot logged it.
+if ls "$out"/logs/polyglot-*.log >/dev/null 2>&1; then
+  grep -h "Engine->Adapter: info string" "$out"/logs/polyglot-*.log >"$out/logs/uci-info-strings.txt"
+  say "UCI engines sent $(wc -l <"$out/logs/uci-info-strings.txt") info string lines (logs/uci-info-strings.txt)"
+fi
 
 # The first engine's protocol traffic. Foreign engines may talk freely; ours may not, unless
 # polyglot speaks for it.
