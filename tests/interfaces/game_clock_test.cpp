@@ -109,7 +109,7 @@ TEST(TimeControl, TimeLimitsAtTheEdges) {
 
 TEST(GameClock, SwitchingResettingAndStopping) {
   GameClock clock;
-  clock.SetControls(LevelControls(0, 60, 2), LevelControls(40, 300, 0), BLACK);
+  clock.SetControls(LevelControls(0, 60000, 2000), LevelControls(40, 300000, 0), BLACK);
   EXPECT_EQ(clock.active, BLACK);
 
   // Stopped: a move costs nothing but still counts.
