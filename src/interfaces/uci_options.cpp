@@ -11,6 +11,8 @@
 #include "interfaces/command.h"
 #include "interfaces/game.h"
 #include "interfaces/personality_names.h"
+#include "tablebases/tablebase_initializer.h"
+#include "tablebases/tablebase_probe.h"
 
 namespace ZephrinInterfaces {
 
@@ -18,6 +20,9 @@ namespace {
 
 constexpr std::int32_t MAX_HASH_MB = 65536;
 constexpr std::int32_t MAX_CONTEMPT = 32767;
+constexpr std::int32_t DEFAULT_NALIMOV_CACHE_MB = 16;
+constexpr std::int32_t MAX_NALIMOV_CACHE_MB = 1024;
+constexpr const char* NO_PATH = "<empty>";
 
 using Setter = std::function<void(Game&, const Command&, const std::string&)>;
 
@@ -82,10 +87,51 @@ void SetPersonalityOption(Game& game, const Command& command, const std::string&
   game.Protocol().personality = static_cast<std::int16_t>(limited);
 }
 
+// The tablebase path and cache size as the front end last set them. The tables open whenever
+// either changes and a path is set, as a tb command with both would.
+struct NalimovOptions {
+  std::string path = NO_PATH;
+  std::int32_t cache_mb = DEFAULT_NALIMOV_CACHE_MB;
+};
+
+NalimovOptions& Nalimov() {
+  static NalimovOptions options;
+  return options;
+}
+
+void OpenNalimovTablebases(const Command& command) {
+  const NalimovOptions& options = Nalimov();
+  if (options.path.empty() || options.path == NO_PATH) return;
+  try {
+    ZephrinTablebases::MakeTablebaseInitializer("nalimov")->initialize(
+        options.path, std::uint64_t(options.cache_mb) << 20);
+  } catch (const ZephrinTablebases::TB_Exception& error) {
+    // One info line per message: the initializer's two-line text is joined.
+    std::string text = error.Text();
+    std::replace(text.begin(), text.end(), '\n', ' ');
+    Refuse(command, text);
+  }
+}
+
+void SetNalimovPath(Game&, const Command& command, const std::string& value) {
+  Nalimov().path = value;
+  OpenNalimovTablebases(command);
+}
+
+void SetNalimovCache(Game&, const Command& command, const std::string& value) {
+  Nalimov().cache_mb = IntegerIn(command, value, 1, MAX_NALIMOV_CACHE_MB);
+  OpenNalimovTablebases(command);
+}
+
 const std::vector<UciOption>& Options() {
   static const std::vector<UciOption> options = {
-      {"Hash", SetHash}, {"Clear Hash", ClearHash}, {"Ponder", SetPonder},
-      {"Contempt", SetContempt}, {"Personality", SetPersonalityOption},
+      {"Hash", SetHash},
+      {"Clear Hash", ClearHash},
+      {"Ponder", SetPonder},
+      {"Contempt", SetContempt},
+      {"Personality", SetPersonalityOption},
+      {"NalimovPath", SetNalimovPath},
+      {"NalimovCache", SetNalimovCache},
   };
   return options;
 }
@@ -102,6 +148,9 @@ std::vector<std::string> UciOptionLines(std::int32_t personality) {
       "option name Ponder type check default false",
       "option name Contempt type spin default 0 min " + ToText(-MAX_CONTEMPT) + " max " + ToText(MAX_CONTEMPT),
       personalities,
+      std::string("option name NalimovPath type string default ") + NO_PATH,
+      "option name NalimovCache type spin default " + ToText(DEFAULT_NALIMOV_CACHE_MB) + " min 1 max " +
+          ToText(MAX_NALIMOV_CACHE_MB),
   };
 }
 

@@ -51,7 +51,7 @@ TEST(UciEndToEnd, ScriptedSessionFromHandshakeToQuit) {
   // The console's prompt stands before the first line; the hash size depends on the table's entries.
   engine.Send("uci\n");
   Lines hello = engine.ReadUntil("uciok", deadline);
-  ASSERT_EQ(hello.size(), 9u);
+  ASSERT_EQ(hello.size(), 11u);
   hello[3] = std::regex_replace(hello[3], std::regex("default \\d+"), "default N");
   EXPECT_EQ(hello, (Lines{" \rWhite 1> ", "id name Zephrin 2.0.2", "id author the Zephrin authors",
                           "option name Hash type spin default N min 1 max 65536", "option name Clear Hash type button",
@@ -60,19 +60,23 @@ TEST(UciEndToEnd, ScriptedSessionFromHandshakeToQuit) {
                           "option name Personality type combo default Zephrin var Sarquel var Cordavin var Gremlow "
                           "var Ziravel var Morvek var Eskarth var Tilvane var Trevane var Haldrune var Yothmer var "
                           "Wenstor var Belquist var Nuvrain var Lumbrek var Zephrin var Fenx var Ondrith",
-                          "uciok"}));
+                          "option name NalimovPath type string default <empty>",
+                          "option name NalimovCache type spin default 16 min 1 max 1024", "uciok"}));
 
   // Bad input changes nothing: the position of the last good `position` stays, and the move that
   // mates in it is a promotion, which UCI writes with its piece.
   const std::string mate_in_one = "position fen 8/8/8/8/8/2k5/p7/2K5 b - - 0 1";
   engine.Send("setoption name Hash value 1\nsetoption name Contempt value 5\nucinewgame\n"
-              "setoption name Foo value 1\nsetoption name Hash value 0\nsetoption name Ponder value maybe\n" +
+              "setoption name Foo value 1\nsetoption name Hash value 0\nsetoption name Ponder value maybe\n"
+              "setoption name NalimovPath value /nonexistent\n" +
               mate_in_one + "\nposition startpos moves e2e4 e7e5 e7e5\nposition fen 8/8/8/8/8/8/8/K6K w - -\n"
               "position fen x\ngo depth x\ngo foo 5\nponder\nisready\n");
   EXPECT_EQ(engine.ReadUntil("readyok", deadline),
             (Lines{"info string Error (unknown option Foo): setoption name Foo value 1",
                    "info string Error (argument out of bounds): setoption name Hash value 0",
                    "info string Error (invalid argument(s)): setoption name Ponder value maybe",
+                   "info string Error (Could not initialize Nalimov tablebases. Reason: Could not open "
+                   "tablebases. Is the path correct?): setoption name NalimovPath value /nonexistent",
                    "info string Error (illegal move e7e5): position startpos moves e2e4 e7e5 e7e5",
                    "info string Error (Illegal position): position fen 8/8/8/8/8/8/8/K6K w - -",
                    "info string Error (input inconsistent with FEN standard): position fen x",
