@@ -197,7 +197,7 @@ bool TableExists(int id, int side) {
 }
 
 void CloseTableFiles() {
-  EmptyCache();
+  DetachCache();  // blocks of the old files must not answer for new ones
   for (auto& sides : table_files) {
     for (TableFile& side_file : sides) {
       CloseFile(side_file);

@@ -19,7 +19,8 @@ bool OpenTableFile(const std::string& directory, const char* ending_name, int id
 // Whether one side of an ending has a registered file.
 bool TableExists(int id, int side);
 
-// Closes and forgets every file; probes then find nothing until files are registered again.
+// Closes and forgets every file, and lets go of the cache memory without touching it; probes then
+// find nothing until files are registered and the cache is set up again.
 void CloseTableFiles();
 
 // Closes all files (they open again when needed) and lays out the cache slots in the given memory.

@@ -47,24 +47,20 @@ void PushChainHead(TB_CACHE_BLOCK* slot, TB_CACHE_BLOCK*& head) {
 
 bool LayOutCache(void* memory, std::size_t size) {
   if (size > 0 && size < sizeof(TB_CACHE_BLOCK)) return false;
+  cache = Cache{};
   cache.slot_count = int(size / CACHE_SLOT_SIZE);
   cache.slots = static_cast<TB_CACHE_BLOCK*>(memory);
   auto* data = static_cast<unsigned char*>(memory) + cache.slot_count * sizeof(TB_CACHE_BLOCK);
-  for (int i = 0; i < cache.slot_count; ++i)
+  for (int i = cache.slot_count - 1; i >= 0; --i) {
     cache.slots[i].data = data + std::size_t(i) * (CACHE_BLOCK_BYTES + CACHE_SLACK_BYTES);
-  EmptyCache();
+    ReleaseCacheSlot(&cache.slots[i]);
+  }
   return true;
 }
 
 int CacheSlotCount() { return cache.slot_count; }
 
-void EmptyCache() {
-  cache.newest = cache.oldest = cache.free_list = nullptr;
-  for (int i = cache.slot_count - 1; i >= 0; --i) ReleaseCacheSlot(&cache.slots[i]);
-  for (auto& sides : cache.buckets)
-    for (auto& heads : sides)
-      for (TB_CACHE_BLOCK*& head : heads) head = nullptr;
-}
+void DetachCache() { cache = Cache{}; }
 
 // A hit becomes the newest slot and the head of its chain, so that the blocks in use stay near
 // the front of both.

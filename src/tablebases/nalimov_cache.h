@@ -32,8 +32,8 @@ bool LayOutCache(void* memory, std::size_t size);
 
 int CacheSlotCount();
 
-// Moves every slot to the free list and empties every chain.
-void EmptyCache();
+// Forgets the cache memory without touching it: no slots until the next LayOutCache.
+void DetachCache();
 
 // The slot holding a block of one file's side, made the newest; null if it isn't cached.
 TB_CACHE_BLOCK* FindCachedBlock(int id, int side, std::uint32_t block);

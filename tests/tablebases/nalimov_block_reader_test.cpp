@@ -88,8 +88,9 @@ class NalimovBlockReader : public ::testing::Test {
 };
 
 TEST_F(NalimovBlockReader, CompressedFilesReadBackEveryByte) {
-  for (const Table& table : {FeatureTable(), RandomTable()}) {
+  for (const Table& table : {FeatureTable(), RandomTable(), Table{5, 5}}) {
     CloseTableFiles();
+    SetCache(100 * 8284);
     Write("kqk.nbw", Plain(table));
     Write("kqk.nbb.emd", CompressTable(table));
     ASSERT_TRUE(Open("kqk", 5, 0, table.size()));
