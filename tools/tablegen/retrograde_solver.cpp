@@ -281,6 +281,7 @@ std::int8_t Probe(const SolvedEnding& ending, const Square* squares, Color side_
 const SolvedEnding& Solve(EndingLibrary& library, const std::string& name) {
   const auto found = library.find(name);
   if (found != library.end()) return found->second;
+  InitAttackTables();
   SolvedEnding ending;
   PrepareEnding(ending, name);
   for (const std::string& successor : SuccessorEndings(ending.material)) Solve(library, successor);
