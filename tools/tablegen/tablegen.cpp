@@ -11,6 +11,7 @@
 
 #include "ending_material.h"
 #include "retrograde_solver.h"
+#include "table_compressor.h"
 #include "table_writer.h"
 #include "tablebases/nalimov_ending.h"
 
@@ -99,7 +100,12 @@ std::set<int> EndingsToMake(const Options& options) {
 
 void WriteTable(const Options& options, int id, int side, const std::vector<signed char>& table) {
   const std::string path = FileName(options, id, side);
-  WriteFile(path, reinterpret_cast<const unsigned char*>(table.data()), table.size());
+  if (!options.compressed) {
+    WriteFile(path, reinterpret_cast<const unsigned char*>(table.data()), table.size());
+    return;
+  }
+  const std::vector<unsigned char> file = CompressTable(table);
+  WriteFile(path, file.data(), file.size());
 }
 
 void PrintCounts(const std::string& table, const TableCounts& counts) {
