@@ -20,7 +20,7 @@ struct Region {
   int size = 0;
 };
 
-Region MakeRegion(bool pawns) {
+constexpr Region MakeRegion(bool pawns) {
   Region region;
   for (Square s = 0; s < 64; ++s) {
     region.number[s] = -1;
@@ -32,10 +32,9 @@ Region MakeRegion(bool pawns) {
   return region;
 }
 
-const Region& RegionOf(bool pawns) {
-  static const Region regions[2] = {MakeRegion(false), MakeRegion(true)};
-  return regions[pawns ? 1 : 0];
-}
+constexpr Region REGIONS[2] = {MakeRegion(false), MakeRegion(true)};
+
+constexpr const Region& RegionOf(bool pawns) { return REGIONS[pawns ? 1 : 0]; }
 
 // Plies to the end of a decided game of value v, and back.
 int PlyOf(int v) { return v > 0 ? 2 * (126 - v) + 1 : 2 * (v + 126); }
@@ -273,7 +272,7 @@ bool PositionSquares(const SolvedEnding& ending, std::uint64_t number, Square* s
 
 std::int8_t Probe(const SolvedEnding& ending, const Square* squares, Color side_to_move) {
   const int symmetry = NormalSymmetry(squares[0], ending.pawns);
-  Square normal[MAX_MEN];
+  Square normal[MAX_MEN] = {};
   for (int i = 0; i < ending.material.count; ++i) normal[i] = Transform(squares[i], symmetry);
   return ending.value[side_to_move][PositionNumber(ending, normal)];
 }

@@ -1,7 +1,5 @@
 #include "small_position.h"
 
-#include <array>
-
 namespace ZephrinTablegen {
 
 namespace {
@@ -25,19 +23,6 @@ Bitboard SliderAttacks(const int (&directions)[4], Square s, Bitboard occ) {
   Bitboard attacks = 0;
   for (int d : directions) attacks |= Ray(d, s, occ);
   return attacks;
-}
-
-constexpr bool InTriangle(Square s) { return FileOf(s) <= 3 && FileOf(s) >= RankOf(s); }
-
-std::array<std::array<std::int8_t, 64>, 2> MakeNormalSymmetries() {
-  std::array<std::array<std::int8_t, 64>, 2> table{};
-  for (Square s = 0; s < 64; ++s) {
-    table[0][s] = -1;
-    for (int symmetry = 0; symmetry < 8 && table[0][s] < 0; ++symmetry)
-      if (InTriangle(Transform(s, symmetry))) table[0][s] = std::int8_t(symmetry);
-    table[1][s] = FileOf(s) <= 3 ? 0 : 1;
-  }
-  return table;
 }
 
 }  // namespace
@@ -85,18 +70,6 @@ bool IsAttacked(const Material& material, const Square* squares, Square t, Color
     if (material.colour[i] == by && squares[i] != GONE && Attacks(material.type[i], by, squares[i], t, occ))
       return true;
   return false;
-}
-
-Square Transform(Square s, int symmetry) {
-  if (symmetry & 1) s ^= 7;
-  if (symmetry & 2) s ^= 56;
-  if (symmetry & 4) s = MakeSquare(RankOf(s), FileOf(s));
-  return s;
-}
-
-int NormalSymmetry(Square white_king, bool pawns) {
-  static const auto table = MakeNormalSymmetries();
-  return table[pawns ? 1 : 0][white_king];
 }
 
 }  // namespace ZephrinTablegen

@@ -3,6 +3,9 @@
 // the men belong to the ending (`Material`), the squares to the position.
 #pragma once
 
+#include <array>
+#include <cstdint>
+
 #include "board/attack_tables.h"
 #include "board/bitboard.h"
 #include "board/types.h"
@@ -34,11 +37,35 @@ inline bool IsKingAttacked(const Material& material, const Square* squares, Colo
 
 // The eight symmetries of the board by number: bit 0 mirrors the files, bit 1 the ranks, bit 2
 // swaps file and rank, in that order.
-Square Transform(Square s, int symmetry);
+constexpr Square Transform(Square s, int symmetry) {
+  if (symmetry & 1) s ^= 7;
+  if (symmetry & 2) s ^= 56;
+  if (symmetry & 4) s = MakeSquare(RankOf(s), FileOf(s));
+  return s;
+}
+
+namespace symmetry_detail {
+constexpr bool InTriangle(Square s) { return FileOf(s) <= 3 && FileOf(s) >= RankOf(s); }
+// By pawns (0 or 1) and square: the first symmetry that brings the square into the region.
+constexpr std::array<std::array<std::int8_t, 64>, 2> MakeNormalSymmetries() {
+  std::array<std::array<std::int8_t, 64>, 2> table{};
+  for (Square s = 0; s < 64; ++s) {
+    table[0][s] = -1;
+    for (int symmetry = 0; symmetry < 8 && table[0][s] < 0; ++symmetry)
+      if (InTriangle(Transform(s, symmetry))) table[0][s] = std::int8_t(symmetry);
+    table[1][s] = FileOf(s) <= 3 ? 0 : 1;
+  }
+  return table;
+}
+inline constexpr auto NORMAL_SYMMETRY = MakeNormalSymmetries();
+}  // namespace symmetry_detail
+
 // The symmetry that brings a white king on s into the normal region: the triangle a1-d1-d4
 // without pawns, files a to d with them. 0 (none) for squares of the region.
-int NormalSymmetry(Square white_king, bool pawns);
-inline bool InRegion(Square white_king, bool pawns) { return NormalSymmetry(white_king, pawns) == 0; }
+constexpr int NormalSymmetry(Square white_king, bool pawns) {
+  return symmetry_detail::NORMAL_SYMMETRY[pawns ? 1 : 0][white_king];
+}
+constexpr bool InRegion(Square white_king, bool pawns) { return NormalSymmetry(white_king, pawns) == 0; }
 
 struct MoveRecord {
   int man;
