@@ -38,7 +38,7 @@ struct Options {
 bool ParseOptions(int argc, char** argv, Options& options) {
   for (int i = 1; i < argc; ++i) {
     const std::string argument = argv[i];
-    if (argument == "--compressed" && options.directory.empty()) options.compressed = true;
+    if (argument == "--compressed") options.compressed = true;
     else if (argument.empty() || argument[0] == '-') return false;
     else if (options.directory.empty()) options.directory = argument;
     else options.endings.push_back(argument);
