@@ -199,7 +199,7 @@ void Propagate(Solver& solver, std::uint64_t number, Color side, int ply) {
 
 void PrepareEnding(SolvedEnding& ending, const std::string& name) {
   ending.name = name;
-  ParseEndingName(name, ending.material);
+  if (!ParseEndingName(name, ending.material)) throw std::invalid_argument("no ending of up to four men: " + name);
   ending.pawns = HasPawns(ending.material);
   ending.radix[0] = RegionOf(ending.pawns).size;
   ending.size = std::uint64_t(ending.radix[0]);

@@ -37,8 +37,8 @@ bool PositionSquares(const SolvedEnding& ending, std::uint64_t number, Square* s
 // The value of any position of the ending, mirrored into the normal region first.
 std::int8_t Probe(const SolvedEnding& ending, const Square* squares, Color side_to_move);
 
-// Solves the named ending (a name ParseEndingName accepts), after the endings its captures and
-// promotions lead to, unless the library has them already.
+// Solves the named ending, after the endings its captures and promotions lead to, unless the
+// library has them already. Throws std::invalid_argument for a name ParseEndingName refuses.
 const SolvedEnding& Solve(EndingLibrary& library, const std::string& name);
 
 }  // namespace ZephrinTablegen
