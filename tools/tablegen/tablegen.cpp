@@ -1,5 +1,6 @@
 // tablegen: solves endings of three and four men by retrograde analysis and writes them as
 // Nalimov distance-to-mate tables, plain or compressed.
+#include <algorithm>
 #include <chrono>
 #include <cstring>
 #include <filesystem>
@@ -114,6 +115,23 @@ void PrintCounts(const std::string& table, const TableCounts& counts) {
             << counts.losses << std::setw(9) << counts.longest_mate << "\n";
 }
 
+using Summary = std::vector<std::pair<std::string, TableCounts>>;
+
+// One line per table written, and their totals.
+void PrintSummary(const Summary& summary) {
+  std::cout << "\ntable         positions       wins      draws     losses longest mate (moves)\n";
+  TableCounts total;
+  for (const auto& [table, counts] : summary) {
+    PrintCounts(table, counts);
+    total.positions += counts.positions;
+    total.wins += counts.wins;
+    total.draws += counts.draws;
+    total.losses += counts.losses;
+    total.longest_mate = std::max(total.longest_mate, counts.longest_mate);
+  }
+  PrintCounts("all", total);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -131,7 +149,7 @@ int main(int argc, char** argv) {
     return 1;
   }
   EndingLibrary library;
-  std::vector<std::pair<std::string, TableCounts>> summary;
+  Summary summary;
   const auto begin = std::chrono::steady_clock::now();
   try {
     for (int id : ids) {
@@ -152,17 +170,7 @@ int main(int argc, char** argv) {
     return 1;
   }
   const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begin;
-  std::cout << "\ntable         positions       wins      draws     losses longest mate (moves)\n";
-  TableCounts total;
-  for (const auto& [table, counts] : summary) {
-    PrintCounts(table, counts);
-    total.positions += counts.positions;
-    total.wins += counts.wins;
-    total.draws += counts.draws;
-    total.losses += counts.losses;
-    total.longest_mate = std::max(total.longest_mate, counts.longest_mate);
-  }
-  PrintCounts("all", total);
-  std::cout << ids.size() << " endings in " << std::setprecision(1) << took.count() << " s\n";
+  PrintSummary(summary);
+  std::cout << ids.size() << (ids.size() == 1 ? " ending in " : " endings in ") << std::setprecision(1) << took.count() << " s\n";
   return 0;
 }
