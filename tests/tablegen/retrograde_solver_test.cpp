@@ -51,7 +51,8 @@ TEST(RetrogradeSolver, KingAndPawnAgreesWithTheSinglePawnBitbase) {
           if (v == NO_POSITION) continue;
           const bool white_wins = side == WHITE ? v > 0 : v < 0;
           (white_wins ? wins : draws) += 1;
-          disagreements += (side == BLACK && v > 0) || white_wins != SinglePawnWins(WHITE, side, pawn, white_king, black_king);
+          disagreements += (side == BLACK && v > 0) ||
+                           white_wins != SinglePawnWins(WHITE, side, pawn, white_king, black_king);
         }
   EXPECT_EQ(disagreements, 0);
   EXPECT_GT(wins, 0);
@@ -81,7 +82,8 @@ int ProbeBoard(const Board& board) {
   bool used[MAX_MEN] = {};
   for (int slot = 0; slot < ending.material.count; ++slot)
     for (int i = 0; i < men.count; ++i)
-      if (!used[i] && men.type[i] == ending.material.type[slot] && (men.colour[i] ^ exchanged) == ending.material.colour[slot]) {
+      if (!used[i] && men.type[i] == ending.material.type[slot] &&
+          (men.colour[i] ^ exchanged) == ending.material.colour[slot]) {
         used[i] = true;
         slots[slot] = squares[i] ^ (exchanged ? 56 : 0);
         break;

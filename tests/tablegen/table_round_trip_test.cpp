@@ -46,7 +46,8 @@ int CountMisreadPositions(const SolvedEnding& ending, std::uint64_t step) {
     for (int i = 0; i < count; ++i) {
       squares[i] = Square(raw >> (6 * i)) & 63;
       for (int flip = 0; flip < 2; ++flip)
-        board_squares[flip][squares[i] ^ (flip ? 56 : 0)] = MakePiece(ending.material.colour[i] ^ flip, ending.material.type[i]);
+        board_squares[flip][squares[i] ^ (flip ? 56 : 0)] =
+            MakePiece(ending.material.colour[i] ^ flip, ending.material.type[i]);
     }
     for (Color side : {WHITE, BLACK}) {
       const int v = Probe(ending, squares, side);

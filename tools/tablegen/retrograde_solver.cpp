@@ -80,7 +80,8 @@ std::int8_t ProbeConversion(const Conversion& conversion, const Square* after, C
   if (!conversion.ending) return 0;
   Square squares[MAX_MEN];
   const int flip = conversion.colours_exchanged ? 56 : 0;
-  for (int slot = 0; slot < conversion.ending->material.count; ++slot) squares[slot] = after[conversion.source[slot]] ^ flip;
+  for (int slot = 0; slot < conversion.ending->material.count; ++slot)
+    squares[slot] = after[conversion.source[slot]] ^ flip;
   return Probe(*conversion.ending, squares, side_to_move ^ (flip ? 1 : 0));
 }
 
@@ -209,16 +210,25 @@ void PrepareEnding(SolvedEnding& ending, const std::string& name) {
   }
 }
 
-void SolveEnding(SolvedEnding& ending, const EndingLibrary& library) {
-  Solver solver{ending};
-  const Material& m = ending.material;
+// Whether a man can take the man in slot `captured` (-1 none) and promote (NO_PIECE none), and
+// leave the ending by it.
+bool IsConversion(const Material& m, int man, int captured, PieceType promotion) {
+  if (captured == WHITE || captured == BLACK || (captured >= 0 && m.colour[captured] == m.colour[man])) return false;
+  if (promotion != NO_PIECE && m.type[man] != PAWN) return false;
+  return captured >= 0 || promotion != NO_PIECE;
+}
+
+void PrepareConversions(ConversionTable& conversions, const Material& m, const EndingLibrary& library) {
   for (int man = 0; man < m.count; ++man)
     for (int captured = -1; captured < m.count; ++captured)
-      for (PieceType promotion : {NO_PIECE, KNIGHT, BISHOP, ROOK, QUEEN}) {
-        if (captured == man || (captured >= 0 && m.colour[captured] == m.colour[man]) || captured == BLACK || captured == WHITE) continue;
-        if ((captured < 0 && promotion == NO_PIECE) || (promotion != NO_PIECE && m.type[man] != PAWN)) continue;
-        solver.conversions[man][captured + 1][promotion] = MakeConversion(library, m, man, captured, promotion);
-      }
+      for (PieceType promotion : {NO_PIECE, KNIGHT, BISHOP, ROOK, QUEEN})
+        if (IsConversion(m, man, captured, promotion))
+          conversions[man][captured + 1][promotion] = MakeConversion(library, m, man, captured, promotion);
+}
+
+void SolveEnding(SolvedEnding& ending, const EndingLibrary& library) {
+  Solver solver{ending};
+  PrepareConversions(solver.conversions, ending.material, library);
   for (Color side : {WHITE, BLACK}) {
     ending.value[side].assign(ending.size, UNKNOWN);
     solver.moves_left[side].assign(ending.size, 0);
@@ -246,7 +256,7 @@ void SolveEnding(SolvedEnding& ending, const EndingLibrary& library) {
     }
     std::vector<std::uint32_t>().swap(solver.levels[ply]);
   }
-  for (Color side : {WHITE, BLACK}) std::replace(ending.value[side].begin(), ending.value[side].end(), UNKNOWN, std::int8_t(0));
+  for (auto& values : ending.value) std::replace(values.begin(), values.end(), UNKNOWN, std::int8_t(0));
 }
 
 }  // namespace

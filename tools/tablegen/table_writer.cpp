@@ -58,7 +58,8 @@ std::vector<signed char> LayOutTable(const SolvedEnding& ending, int id, int sid
       const std::uint64_t index = layout.index[side](PieceList(m, image, WHITE), PieceList(m, image, BLACK),
                                                      NalimovTablebases::TB_NO_EP_SQUARE, false);
       if (index >= size)
-        throw table_fault(ending.name + ": index " + std::to_string(index) + " past the table of " + std::to_string(size));
+        throw table_fault(ending.name + ": index " + std::to_string(index) + " past the table of " +
+                          std::to_string(size));
       signed char& entry = table[index];
       if (entry == NO_POSITION) {
         entry = static_cast<signed char>(v);

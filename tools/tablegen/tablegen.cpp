@@ -79,7 +79,8 @@ std::set<int> EndingsToMake(const Options& options) {
     const int id = EndingId(name);
     if (id == 0 || id > LAST_FOUR_MAN_ID) {
       std::cerr << "tablegen: " << name
-                << (id == 0 ? " is not the name of an ending" : " has five men; only endings of three and four men are made")
+                << (id == 0 ? " is not the name of an ending"
+                            : " has five men; only endings of three and four men are made")
                 << "\n";
       return {};
     }
@@ -171,6 +172,7 @@ int main(int argc, char** argv) {
   }
   const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begin;
   PrintSummary(summary);
-  std::cout << ids.size() << (ids.size() == 1 ? " ending in " : " endings in ") << std::setprecision(1) << took.count() << " s\n";
+  std::cout << ids.size() << (ids.size() == 1 ? " ending in " : " endings in ") << std::setprecision(1)
+            << took.count() << " s\n";
   return 0;
 }
