@@ -196,39 +196,43 @@ std::uint64_t OrdinaryIndex(const PairOffsets<PAIRS>& offsets, const std::int16_
 
 std::uint64_t ordinary_ranges[ENDING_COUNT + 1][2];
 
+struct ManOnSquare {
+  int square;
+  int list;
+  bool pawn;
+};
+
+bool Beside(int a, int b) { return (a >> 3) == (b >> 3) && ((a & 7) - (b & 7) == 1 || (b & 7) - (a & 7) == 1); }
+
 // Entries for a pawn that has just stepped twice: after the ordinary ones, numbered by the king
 // pair, which pawn captures which, and the third man if there is one. False if the position has
 // no such capture.
 template <IndexPlan P>
 bool EnPassantIndex(int m, int o, int ep, const int (&first)[2], const int (&rest)[2], std::uint64_t& index) {
   const int stepped = P.side == 0 ? ep - 8 : ep + 8, start = P.side == 0 ? ep + 8 : ep - 8;
-  int squares[3], lists[3];
-  bool pawns[3];
-  for (int i = 0; i < P.first_count; ++i) squares[i] = first[i], lists[i] = P.first[i].list, pawns[i] = P.first[i].pawn;
-  for (int i = 0; i < P.rest_count; ++i) {
-    const int j = P.first_count + i;
-    squares[j] = rest[i], lists[j] = P.rest[i].list, pawns[j] = P.rest[i].pawn;
-  }
+  ManOnSquare men[3] = {};
+  for (int i = 0; i < P.first_count; ++i) men[i] = {first[i], P.first[i].list, P.first[i].pawn};
+  for (int i = 0; i < P.rest_count; ++i) men[P.first_count + i] = {rest[i], P.rest[i].list, P.rest[i].pawn};
   int capturer = -1, victim = -1;
   for (int i = 0; i < P.men_count; ++i) {
-    if (!pawns[i]) continue;
-    if (lists[i] != P.side && squares[i] == stepped && victim < 0) victim = i;
-    const bool beside = (squares[i] >> 3) == (stepped >> 3) &&
-                        ((squares[i] & 7) - (stepped & 7) == 1 || (stepped & 7) - (squares[i] & 7) == 1);
-    if (lists[i] == P.side && beside && (capturer < 0 || squares[i] < squares[capturer])) capturer = i;
+    if (!men[i].pawn) continue;
+    if (men[i].list != P.side && men[i].square == stepped && victim < 0) victim = i;
+    const bool lower = capturer < 0 || men[i].square < men[capturer].square;
+    if (men[i].list == P.side && Beside(men[i].square, stepped) && lower) capturer = i;
   }
   if (capturer < 0 || victim < 0) return false;
-  const int file = stepped & 7;
-  const int capture = file == 0 ? 0 : 2 * file - 1 + int((squares[capturer] & 7) > file);
+  const int file = stepped & 7, capturer_square = men[capturer].square;
+  const int capture = file == 0 ? 0 : 2 * file - 1 + int((capturer_square & 7) > file);
   std::uint64_t third = 0, third_range = 1;
   for (int i = 0; i < P.men_count; ++i) {
     if (i == capturer || i == victim) continue;
-    const int s = squares[i];
-    const int taken[4] = {squares[capturer], stepped, pawns[i] ? ep : m, pawns[i] ? start : o};
-    int n = pawns[i] ? s - 8 : s;
+    // A third pawn keeps off the two pawns, the square passed and the start; a piece off kings and pawns.
+    const int s = men[i].square;
+    const int taken[4] = {capturer_square, stepped, men[i].pawn ? ep : m, men[i].pawn ? start : o};
+    int n = men[i].pawn ? s - 8 : s;
     for (int t : taken) n -= t < s;
     third = std::uint64_t(n);
-    third_range = pawns[i] ? EP_THIRD_PAWN_SQUARES : EP_THIRD_PIECE_SQUARES;
+    third_range = men[i].pawn ? EP_THIRD_PAWN_SQUARES : EP_THIRD_PIECE_SQUARES;
   }
   const std::uint64_t p = std::uint64_t(KK_PAWN[m][o]);
   index = ordinary_ranges[P.id][P.side] + (p * EP_CAPTURES + std::uint64_t(capture)) * third_range + third;

@@ -123,8 +123,8 @@ void ExpectDistinctIndices(int id) {
 
 TEST(NalimovIndex, ThreeAndFourMenHaveDistinctIndicesBelowTheSize) {
   InitAttackTables();
-  for (const char* name : {"kpk", "knk", "kbk", "krk", "kqk", "kpkp", "knkn", "kbkp", "krkb", "kqkq", "kppk",
-                           "knpk", "kbnk", "kqqk", "krrk"}) {
+  // Every three-man ending, and a four-man ending of each form of index.
+  for (const char* name : {"kpk", "knk", "kbk", "krk", "kqk", "kpkp", "knkn", "kbkp", "kppk", "knpk", "kbnk", "kqqk"}) {
     ExpectDistinctIndices(IdOf(name));
   }
 }
@@ -171,7 +171,7 @@ TEST(NalimovIndex, SymmetricImagesShareTheIndex) {
   }
 }
 
-// Members of the family written out: knk and krnk with black to move, kpk with white to move.
+// Members of the family written out: knk and krnk with black to move, kpk with either side.
 TEST(NalimovIndex, WorkedMembers) {
   // The mover's king on b1 is in normal form: M = b1, O = e2, knight a6.
   TB_PIECE_LIST white{}, black{};
@@ -190,6 +190,11 @@ TEST(NalimovIndex, WorkedMembers) {
   const int n = square_rank[KIND_PAWN][42][18];  // c1 is no pawn square, so it takes none away
   EXPECT_EQ(Ending(IdOf("kpk")).index[0](pawn, black, 64, false),
             PAWN_OFFSETS.pair_offset[KIND_PAWN][KK_PAWN[2][42]] + std::uint64_t(n));
+  // Black to move: the pawn is ranked with kind 0, and kings and pawn are read upside down.
+  pawn.squares[TB_KING_SLOT] = 42;  // c6
+  black.squares[TB_KING_SLOT] = 2;  // c1
+  EXPECT_EQ(Ending(IdOf("kpk")).index[1](pawn, black, 64, false),
+            PAWN_OFFSETS.pair_offset[KIND_ANY_PAWN][KK_PAWN[2 ^ 56][42 ^ 56]] + square_rank[KIND_ANY_PAWN][42 ^ 56][18 ^ 56]);
 }
 
 }  // namespace
