@@ -39,6 +39,7 @@ void WriteEndings(EndingLibrary& library, const fs::path& directory, bool compre
 // read back through the engine's tablebase look-up with the value the solver gave it.
 int CountMisreadPositions(const SolvedEnding& ending, std::uint64_t step) {
   int wrong = 0, read = 0;
+  Board board;
   const int count = ending.material.count;
   for (std::uint64_t raw = 0; raw < (std::uint64_t(1) << (6 * count)); raw += step) {
     Square squares[MAX_MEN];
@@ -52,7 +53,6 @@ int CountMisreadPositions(const SolvedEnding& ending, std::uint64_t step) {
     for (Color side : {WHITE, BLACK}) {
       const int v = Probe(ending, squares, side);
       for (int flip = 0; flip < 2; ++flip) {
-        Board board;
         if (v == NO_POSITION || !board.SetPosition(board_squares[flip], side ^ flip, 0, 0)) continue;
         int score = 0, expected = 0;
         NalimovTablebases::ScoreOfValue(v > 0 ? v + 32640 : v < 0 ? v - 32640 : 0, expected);
