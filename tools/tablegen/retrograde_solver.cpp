@@ -171,16 +171,19 @@ void ForEachPreimage(const SolvedEnding& ending, const Square* squares, Visit&& 
     for (int i = 0; i < count; ++i) image[i] = Transform(squares[i], symmetry);
     const int back = NormalSymmetry(image[0], ending.pawns);
     if (back == 0) continue;
-    bool same = true;
-    for (int i = 0; i < count; ++i) same = same && Transform(image[i], back) == squares[i];
-    for (int k = 0; k < seen_count && same; ++k) same = !std::equal(image, image + count, seen[k]);
-    if (!same) continue;
+    bool maps_back = true, seen_before = false;
+    for (int i = 0; i < count; ++i) maps_back = maps_back && Transform(image[i], back) == squares[i];
+    for (int k = 0; k < seen_count; ++k) seen_before = seen_before || std::equal(image, image + count, seen[k]);
+    if (!maps_back || seen_before) continue;
     std::copy(image, image + count, seen[seen_count++]);
     visit(image, false);
   }
 }
 
-// Takes back every move that can have led to this settled position.
+// Takes back every move that can have led to this settled position, each exactly once, since the
+// move counters rely on that: a stored predecessor can reach the position itself or any image
+// that reads as it. Predecessors have the white king in the region, so from an image outside the
+// region only that king can have moved.
 void Propagate(Solver& solver, std::uint64_t number, Color side, int ply) {
   const SolvedEnding& ending = solver.ending;
   Square squares[MAX_MEN];
