@@ -14,9 +14,12 @@ usage() {
 Usage: bench/match.sh [options]
 
   -n, --games N         games to play (default 4); positions rotate every two games
-  -o, --opponent NAME   fairymax, phalanx, hoichess, sjeng, stockfish or stockfish:LEVEL
-                        (Skill Level 0-20); default fairymax
-  -f, --first ENGINE    first engine: a path or one of the names above (default build/zephrin)
+  -o, --opponent ENGINE fairymax, phalanx, hoichess, sjeng, gnuchess (XBoard), glaurung, toga2,
+                        stockfish or stockfish:LEVEL (Skill Level 0-20) (UCI); or any engine as a
+                        command, "path [arguments]", spoken to in XBoard, or "uci:path
+                        [arguments]", spoken to in UCI; default fairymax
+  -f, --first ENGINE    first engine, in the same forms (default build/zephrin);
+                        "uci:build/zephrin" plays Zephrin itself through UCI
       --tc TIME         base time per game, in minutes or m:ss (default 0:05, five seconds)
       --inc SECONDS     increment per move (default 0.1; 0 with --mps)
       --mps N           conventional control: N moves in TIME, repeating (xboard -mps);
@@ -37,6 +40,7 @@ Usage: bench/match.sh [options]
       --quiet           print only the summary
   -h, --help            this text
 
+UCI engines play through polyglot, which xboard starts for them (-fUCI/-sUCI).
 The output directory receives games.pgn, logs/xboard-NN.debug (protocol traffic),
 logs/xboard-NN.out, logs/protocol-check.txt and summary.txt.
 Exit status: 0 when every game ended properly without an illegal move, a time forfeit or a
@@ -89,15 +93,29 @@ fi
 [ -z "$pair_timeout" ] || [[ "$pair_timeout" =~ ^[1-9][0-9]*$ ]] || die "--timeout needs seconds"
 [ -r "$openings" ] || die "cannot read the opening file $openings"
 
-# An engine by name: sets engine_cmd, engine_uci (1 for UCI), engine_pkg and engine_opts.
+# An engine by name or command: sets engine_cmd, engine_uci (1 for UCI), engine_pkg and engine_opts.
 resolve_engine() {
   local engine_arg=$1
   engine_uci=0 engine_pkg="" engine_opts=""
+  case "$engine_arg" in
+    uci:*)
+      resolve_engine "${engine_arg#uci:}"
+      engine_uci=1 engine_pkg="$engine_pkg polyglot"
+      return ;;
+  esac
+  # A command with arguments: the program is found as below, the arguments stay.
+  local engine_args=""
+  case "$engine_arg" in
+    *" "*) engine_args=" ${engine_arg#* }" engine_arg=${engine_arg%% *} ;;
+  esac
   case "$engine_arg" in
     fairymax) engine_cmd=/usr/games/fairymax engine_pkg=fairymax ;;
     phalanx) engine_cmd=/usr/games/phalanx engine_pkg=phalanx ;;
     hoichess) engine_cmd="/usr/games/hoichess -x" engine_pkg=hoichess ;;
     sjeng) engine_cmd=/usr/games/sjeng engine_pkg=sjeng ;;
+    gnuchess) engine_cmd="/usr/games/gnuchess --xboard" engine_pkg=gnuchess ;;
+    glaurung) engine_cmd=/usr/games/glaurung engine_pkg="glaurung polyglot" engine_uci=1 ;;
+    toga2) engine_cmd=/usr/games/toga2 engine_pkg="toga2 polyglot" engine_uci=1 ;;
     stockfish|stockfish:*)
       engine_cmd=/usr/games/stockfish engine_pkg="stockfish polyglot" engine_uci=1
       if [ "$engine_arg" != stockfish ]; then
@@ -113,6 +131,7 @@ resolve_engine() {
       found=$(PATH="$PATH:/usr/games" command -v "$engine_arg") || die "unknown engine '$engine_arg'"
       engine_cmd=$found ;;
   esac
+  engine_cmd+=$engine_args
 }
 
 resolve_engine "$first"
@@ -135,7 +154,7 @@ if [ ${#missing[@]} -gt 0 ]; then
     die "please install first: sudo apt-get install ${missing[*]}"
   fi
 fi
-for cmd in $first_cmd $second_cmd; do
+for cmd in "${first_cmd%% *}" "${second_cmd%% *}"; do
   case "$cmd" in /*) [ -x "$cmd" ] || die "engine binary $cmd is missing" ;; esac
 done
 
@@ -224,7 +243,7 @@ if [ "$mps" -gt 0 ]; then
   control="$mps moves in $tc, repeating"
   clock=(-mps "$mps" -tc "$tc")
 fi
-say "Match: $first_cmd against $opponent, $games games at $control, output in $out"
+say "Match: $first against $opponent, $games games at $control, output in $out"
 pairs=$(( (games + 1) / 2 ))
 for ((pair = 1; pair <= pairs; pair++)); do
   nn=$(printf %02d "$pair")
@@ -238,6 +257,10 @@ for ((pair = 1; pair <= pairs; pair++)); do
         -lpf "$out/status/position-$nn.fen" -lpi 1
         -saveGameFile "$out/pgn/$nn.pgn" -debugMode true -nameOfDebugFile "$out/logs/xboard-$nn.debug"
         -popupExitMessage false -saveSettingsOnExit false -soundProgram "" -noGUI)
+  # polyglot, which speaks for a UCI engine, keeps the UCI traffic in logs/polyglot-NN.log.
+  if [ "$first_uci" = 1 ] || [ "$second_uci" = 1 ]; then
+    args+=(-adapterCommand "polyglot -noini -log true -lf \"$out/logs/polyglot-$nn.log\" -ec \"%fcp\" -ed \"%fd\"")
+  fi
   [ "$first_uci" = 1 ] && args+=(-fUCI)
   [ "$second_uci" = 1 ] && args+=(-sUCI)
   [ -n "$first_opts" ] && args+=(-firstOptions "$first_opts")
@@ -269,10 +292,16 @@ for ((pair = 1; pair <= pairs; pair++)); do
   say "pair $nn (${names[$index]:-position $((index + 1))}): xboard exit $rc, score ${score:-none}"
 done
 cat "$out"/pgn/*.pgn >"$out/games.pgn" 2>/dev/null
+# What UCI engines refused or complained about, as polyglot logged it.
+if ls "$out"/logs/polyglot-*.log >/dev/null 2>&1; then
+  grep -h "Engine->Adapter: info string" "$out"/logs/polyglot-*.log >"$out/logs/uci-info-strings.txt"
+  say "UCI engines sent $(wc -l <"$out/logs/uci-info-strings.txt") info string lines (logs/uci-info-strings.txt)"
+fi
 
-# The first engine's protocol traffic. Foreign engines may talk freely; ours may not.
+# The first engine's protocol traffic. Foreign engines may talk freely; ours may not, unless
+# polyglot speaks for it.
 case "$strict" in
-  auto) [ "$(basename "${first_cmd%% *}")" = zephrin ] && strict=1 || strict=0 ;;
+  auto) [ "$(basename "${first_cmd%% *}")" = zephrin ] && [ "$first_uci" = 0 ] && strict=1 || strict=0 ;;
 esac
 chatter=""
 [ "$strict" = 1 ] || chatter=--allow-chatter

@@ -101,7 +101,13 @@ void ExecuteNextCommand(MainLoop& loop) {
   }
 }
 
+// A node limit counts for a search that thinks for a move, not for one that waits for a command.
 void PollInput(MainLoop& loop) {
+  const ZephrinInterfaces::Game& game = *loop.game;
+  if (game.node_limit != 0 && game.search.running && game.search.mode == SEARCH_NORMAL &&
+      game.search.nodes >= game.node_limit) {
+    throw search_aborted_exception{false};
+  }
   while (true) {
     if (loop.command_queue.empty() && loop.line_queue.empty()) {
       if (!loop.input->InputAvailable()) return;

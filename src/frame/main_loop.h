@@ -36,7 +36,8 @@ void WaitForInput(MainLoop& loop);
 void ParseNextLine(MainLoop& loop);
 // Deletes the command in hand if it is done, else executes it; a failed command is reported and deleted.
 void ExecuteNextCommand(MainLoop& loop);
-// Called from inside a search: runs every command whose line has arrived, in order.
+// Called from inside a search: stops a search past the game's node limit, then runs every command
+// whose line has arrived, in order.
 void PollInput(MainLoop& loop);
 // Runs the search a command asked for.
 void StartSearch(MainLoop& loop, const SearchRequest& request);

@@ -47,20 +47,36 @@ std::uint64_t ToMemorySize(const std::string& text) {
   return number * unit;
 }
 
+std::int64_t ToDecimalMilliseconds(const std::string& text) {
+  const std::size_t point = text.find('.');
+  if (point == std::string::npos) return std::int64_t{ToInt(text)} * 1000;
+  const bool negative = StartsWith(text, "-");
+  const std::string whole = text.substr(negative ? 1 : 0, point - (negative ? 1 : 0));
+  const std::string fraction = text.substr(point + 1);
+  const auto all_digits = [](const std::string& part) {
+    return !part.empty() && part.find_first_not_of("0123456789") == std::string::npos;
+  };
+  if (!all_digits(whole) || !all_digits(fraction)) throw string_conversion_error();
+  std::int64_t ms = std::int64_t{ToInt(whole)} * 1000;
+  for (std::size_t i = 0, scale = 100; i < 3 && i < fraction.size(); ++i, scale /= 10) {
+    ms += (fraction[i] - '0') * std::int64_t(scale);
+  }
+  return negative ? -ms : ms;
+}
+
 // The sum is formed in 64 bits so that a huge number of minutes fails instead of overflowing.
-std::int32_t ToSeconds(const std::string& text) {
-  if (text == "0") return 10;
-  std::int64_t seconds = 0;
+std::int64_t ToMilliseconds(const std::string& text) {
+  if (text == "0") return 10000;
+  std::int64_t ms = 0;
   const std::size_t colon = text.find(':');
   if (colon == std::string::npos) {
-    seconds = std::int64_t{ToInt(text)} * 60;
+    ms = std::int64_t{ToInt(text)} * 60000;
   } else {
-    seconds = std::int64_t{ToInt(text.substr(0, colon))} * 60 + ToInt(text.substr(colon + 1));
+    ms = std::int64_t{ToInt(text.substr(0, colon))} * 60000 + ToDecimalMilliseconds(text.substr(colon + 1));
   }
-  if (seconds > std::numeric_limits<std::int32_t>::max() || seconds < std::numeric_limits<std::int32_t>::min()) {
-    throw string_conversion_error();
-  }
-  return static_cast<std::int32_t>(seconds);
+  constexpr std::int64_t limit = std::int64_t{std::numeric_limits<std::int32_t>::max()} * 1000;
+  if (ms > limit || ms < -limit) throw string_conversion_error();
+  return ms;
 }
 
 std::string ToText(std::uint64_t value) { return std::to_string(value); }

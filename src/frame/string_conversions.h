@@ -16,8 +16,13 @@ std::int32_t ToInt(const std::string& text);
 std::uint64_t ToUnsigned(const std::string& text);
 // A byte count: a decimal number optionally followed by k/K, m/M, g/G or t/T (powers of 1024).
 std::uint64_t ToMemorySize(const std::string& text);
-// Minutes with optional ":seconds", as used by time controls, in seconds; "0" stands for 10 seconds.
-std::int32_t ToSeconds(const std::string& text);
+// Seconds with an optional decimal fraction ("2", "0.1", "-2.5"), in milliseconds; digits past
+// the third of the fraction are dropped.
+std::int64_t ToDecimalMilliseconds(const std::string& text);
+// Minutes with optional ":seconds", the seconds possibly decimal ("5", "1:30", "0:08.5"), as time
+// controls give their base, in milliseconds; "0" stands for 10 seconds. At most 2^31 - 1 seconds
+// either way.
+std::int64_t ToMilliseconds(const std::string& text);
 
 std::string ToText(std::int32_t value);
 std::string ToText(std::int64_t value);

@@ -29,6 +29,9 @@ class BasicProtocol {
   // An interactive protocol ends the game itself after a resignation or an agreed draw.
   virtual bool IsInteractive() const = 0;
   virtual bool AnalyzesFinishedGames() const = 0;
+  // The front end keeps the game and only asks for searches (UCI): the engine plays no move on
+  // its own board, and every search ends in ShowBestMove.
+  virtual bool FrontEndKeepsGame() const { return false; }
   // Runs once, when the protocol is installed by a command.
   virtual void Activate() {}
 
@@ -48,6 +51,9 @@ class BasicProtocol {
   virtual void ReportNewBestMove(const std::string& move);
   virtual void ReportSearchInstability();
   virtual void ShowSearchSummary(const SearchReport& search);
+  // The end of a search when the front end keeps the game: the move found and the reply expected
+  // to it, MOVE_INVALID where there is none.
+  virtual void ShowBestMove(Move, Move) {}
   virtual void AcceptDraw() = 0;
   virtual void RejectDraw(bool opponent_is_computer);
   virtual void Resign() = 0;

@@ -8,6 +8,7 @@
 #include "interfaces/basic_protocol.h"
 #include "interfaces/commands.h"
 #include "interfaces/personality_names.h"
+#include "interfaces/uci_commands.h"
 
 namespace ZephrinInterfaces {
 
@@ -35,7 +36,12 @@ class Arguments {
     if (Count() < count) Refuse("missing parameters");
   }
   std::int32_t Int(std::size_t index) const { return Converted(index, ToInt, "integer argument expected"); }
-  std::int32_t Seconds(std::size_t index) const { return Converted(index, ToSeconds, "integer argument expected"); }
+  // A time control's base, minutes[:seconds], and its increment, seconds; both may carry a decimal
+  // fraction of a second and are read to the millisecond.
+  std::int64_t BaseMs(std::size_t index) const { return Converted(index, ToMilliseconds, "integer argument expected"); }
+  std::int64_t IncrementMs(std::size_t index) const {
+    return Converted(index, ToDecimalMilliseconds, "integer argument expected");
+  }
   std::uint64_t MemorySize(std::size_t index) const {
     return Converted(index, ToMemorySize, "could not parse new size");
   }
@@ -144,7 +150,8 @@ std::unique_ptr<Command> ParseResult(BasicProtocol&, const Arguments& arguments)
 
 std::unique_ptr<Command> ParseLevel(BasicProtocol&, const Arguments& arguments) {
   arguments.ExpectExactly(3);
-  return std::make_unique<Command_Level>(arguments.Raw(), arguments.Int(0), arguments.Seconds(1), arguments.Int(2));
+  return std::make_unique<Command_Level>(arguments.Raw(), arguments.Int(0), arguments.BaseMs(1),
+                                         arguments.IncrementMs(2));
 }
 
 std::unique_ptr<Command> ParseSt(BasicProtocol&, const Arguments& arguments) {
@@ -202,6 +209,7 @@ const std::map<std::string, Parser>& Keywords() {
       {"protover", ParseProtover},
       {"fritz", Plain<Command_Fritz>()},
       {"console", Plain<Command_Console>()},
+      {"uci", Plain<Command_Uci>()},
       // the game
       {"new", Plain<Command_New>()},
       {"force", Plain<Command_Force>()},

@@ -405,7 +405,7 @@ void Command_Quit::Execute(Game& game) {
 
 void Command_Level::Execute(Game& game) {
   try {
-    const TimeControlList controls = LevelControls(moves, base_seconds, increment_seconds);
+    const TimeControlList controls = LevelControls(moves, base_ms, increment_ms);
     game.clock.SetControls(controls, controls, game.SideToMove());
   } catch (const time_control_error& error) {
     Refuse(*this, error.what());

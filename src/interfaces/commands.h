@@ -234,12 +234,12 @@ class Command_SetTimeControl : public Command {
 
 class Command_Level : public Command_SetTimeControl {
  public:
-  Command_Level(std::string raw_input, std::int32_t period_moves, std::int32_t base, std::int32_t increment)
-      : Command_SetTimeControl(std::move(raw_input)), moves(period_moves), base_seconds(base), increment_seconds(increment) {}
+  Command_Level(std::string raw_input, std::int32_t period_moves, std::int64_t base, std::int64_t increment)
+      : Command_SetTimeControl(std::move(raw_input)), moves(period_moves), base_ms(base), increment_ms(increment) {}
   void Execute(Game& game) override;
   std::int32_t moves;
-  std::int32_t base_seconds;
-  std::int32_t increment_seconds;
+  std::int64_t base_ms;
+  std::int64_t increment_ms;
 };
 
 class Command_Tc : public Command_SetTimeControl {

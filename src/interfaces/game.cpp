@@ -88,6 +88,8 @@ void Game::RequestSearch(SearchKind kind, const UserBoard& board) {
 void Game::SearchFinished(bool stopped_by_command) {
   const int finished_state = search_state;
   search_state = SEARCH_STATE_IDLE;
+  node_limit = 0;
+  if (Protocol().FrontEndKeepsGame()) return ReportBestMove();
   if (stopped_by_command) {
     // A hint search that couldn't run (the game is over) leaves no move to show.
     if (finished_state == SEARCH_STATE_HINT && hint == HINT_REQUESTED) hint = HINT_NO_MOVE_KNOWN;
@@ -139,6 +141,14 @@ void Game::MoveFound() {
   if (search.pv.size() < 2) RequestSearch(SearchKind::puzzle);
   hint = search.pv[1].move;
   PonderOn(hint);
+}
+
+// When the front end keeps the game, every search ends in its move and the reply it expects, and
+// the game stays as the front end set it.
+void Game::ReportBestMove() {
+  const bool reply_known = search.best_move != MOVE_INVALID && search.pv.size() >= 2 &&
+                           search.pv[0].move == search.best_move;
+  Protocol().ShowBestMove(search.best_move, reply_known ? search.pv[1].move : MOVE_INVALID);
 }
 
 // The hint search has ended: its move is the hint, and with pondering on the search goes on from it.

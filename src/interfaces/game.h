@@ -118,12 +118,14 @@ class Game : public UserBoard {
   std::int32_t st_limit = 0;   // milliseconds, 0 for none
   std::int32_t sd_limit = 0;   // iterations, 0 for none
   std::int32_t hint_time = 1000;
+  std::uint64_t node_limit = 0;  // a normal search stops at its first poll past it; 0 for none
   Move hint = HINT_NONE;
   DrawResignTracker tracker;
   Search search;
 
  private:
   void MoveFound();
+  void ReportBestMove();
   void HintFound();
   void PonderOn(Move expected_reply);
 

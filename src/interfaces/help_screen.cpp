@@ -100,6 +100,7 @@ const std::vector<HelpEntry>& HelpTable() {
     {"console", "Enters console mode"},
     {"xboard", "Enters XBoard mode (protocol 1)"},
     {"protover", "Enters XBoard mode using the given protocol (e.g., \"protover 2\")."},
+    {"uci", "Enters UCI mode, as a UCI program (tournament manager, analysis board) does with its first command"},
     {"fritz", "Activates Fritz mode (not really supported)"},
     {"accepted", "unsupported (will be ignored for compatibility reasons)"},
     {"random", "unsupported (will be ignored for compatibility reasons)"},
@@ -212,6 +213,14 @@ SimpleHelpScreenFormatter& StartupHelpScreen() {
 
 void ShowHelp() { HelpScreen().Show(); }
 void ShowEditHelp() { EditHelpScreen().Show(); }
-void ShowStartupHelp() { StartupHelpScreen().Show(); }
+// Under the start-up commands: how a front end runs the engine.
+void ShowStartupHelp() {
+  StartupHelpScreen().Show();
+  Out << "\nFront ends start the engine without arguments and choose the protocol with their first\n"
+         "command. XBoard and WinBoard send \"xboard\" (xboard -fcp /path/to/zephrin); a UCI program\n"
+         "(tournament manager, analysis board, bot bridge) sends \"uci\". In a terminal,\n"
+         "the engine speaks its own console protocol; \"help\" lists the commands.\n";
+  Out.Flush();
+}
 
 }  // namespace ZephrinHelpScreen

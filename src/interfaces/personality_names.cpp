@@ -67,3 +67,11 @@ std::string PersonalityName(std::int32_t value) {
   }
   return "Zephrin";
 }
+
+std::vector<std::string> PersonalityNames() {
+  std::vector<std::string> names;
+  for (const NamedValue& entry : PERSONALITY_VALUES) {
+    if (std::string(entry.name) != "Default") names.push_back(entry.name);
+  }
+  return names;
+}

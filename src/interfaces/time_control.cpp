@@ -8,9 +8,8 @@
 
 namespace {
 
-// Milliseconds from seconds, held to what a 32-bit field can carry.
-std::int32_t SecondsToMs(std::int64_t seconds) {
-  const std::int64_t ms = seconds * 1000;
+// Milliseconds held to what a 32-bit field can carry.
+std::int32_t ClampMs(std::int64_t ms) {
   return std::int32_t(std::clamp<std::int64_t>(ms, std::numeric_limits<std::int32_t>::min(),
                                                std::numeric_limits<std::int32_t>::max()));
 }
@@ -31,8 +30,8 @@ TimeControlList ParseControlList(const std::string& text) {
       TimeControl period;
       period.moves = ToInt(words[i]);
       if (period.moves == 0) period.moves = -1;
-      period.time_ms = SecondsToMs(ToSeconds(words[i + 1]));
-      period.increment_ms = SecondsToMs(ToInt(words[i + 2]));
+      period.time_ms = ClampMs(ToMilliseconds(words[i + 1]));
+      period.increment_ms = ClampMs(ToDecimalMilliseconds(words[i + 2]));
       period.repeat = 0;
       controls.push_back(period);
     }
@@ -47,13 +46,9 @@ TimeControlList ParseControlList(const std::string& text) {
 
 TimeControlList DefaultTimeControls() { return {TimeControl{40, 300000, 0, -1}}; }
 
-TimeControlList LevelControls(std::int32_t moves, std::int32_t base_seconds,
-                              std::int32_t increment_seconds) {
-  if (moves < 0 || base_seconds < 1 || increment_seconds < 0) {
-    throw time_control_error("argument out of bounds");
-  }
-  return {TimeControl{moves == 0 ? -1 : moves, SecondsToMs(base_seconds),
-                      SecondsToMs(increment_seconds), -1}};
+TimeControlList LevelControls(std::int32_t moves, std::int64_t base_ms, std::int64_t increment_ms) {
+  if (moves < 0 || base_ms < 1 || increment_ms < 0) throw time_control_error("argument out of bounds");
+  return {TimeControl{moves == 0 ? -1 : moves, ClampMs(base_ms), ClampMs(increment_ms), -1}};
 }
 
 TimeControlPair ParseTimeControlText(const std::string& text) {

@@ -32,13 +32,13 @@ class time_control_error : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-// The one repeating period of `level`: moves (0 for the whole game), base in seconds and the
-// increment in seconds. Raises time_control_error "argument out of bounds" unless moves >= 0,
-// base >= 1 and increment >= 0.
-TimeControlList LevelControls(std::int32_t moves, std::int32_t base_seconds,
-                              std::int32_t increment_seconds);
+// The one repeating period of `level`: moves (0 for the whole game), base and increment in
+// milliseconds. Raises time_control_error "argument out of bounds" unless moves >= 0, base >= 1
+// and increment >= 0.
+TimeControlList LevelControls(std::int32_t moves, std::int64_t base_ms, std::int64_t increment_ms);
 
-// Reads the text of `tc`: triples of moves, minutes[:seconds] and increment seconds; a ";"
+// Reads the text of `tc`: triples of moves, minutes[:seconds] and increment seconds, the seconds
+// possibly decimal; a ";"
 // separates White's list from Black's. Raises time_control_error with "missing parameters",
 // "integer argument expected" or "last time control must not terminate".
 TimeControlPair ParseTimeControlText(const std::string& text);

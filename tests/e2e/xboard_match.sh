@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # End to end through the real XBoard front end: two short games of the engine against
-# Fairy-Max, one with each colour, at 10 seconds plus 1 second a move. Fails on any illegal
+# Fairy-Max, one with each colour, at 10 seconds plus 0.5 seconds a move: a fractional increment,
+# which xboard sends as "level 0 0:10 0.5". Fails on any illegal
 # move, time forfeit or crash of the engine, on any unfinished game, and on protocol faults in
 # the engine's traffic. The opponent's own faults are reported but do not fail the test: on a
 # loaded machine Fairy-Max itself sometimes loses on time.
@@ -18,7 +19,7 @@ bash "$root/.ci/install-deps" xboard xvfb fairymax || exit 1
 python3 "$root/bench/check-protocol-log.py" --self-test || exit 1
 
 out=$(mktemp -d "${TMPDIR:-/tmp}/xboard-match.XXXXXX")
-bash "$root/bench/match.sh" --first "$engine" --opponent fairymax --games 2 --tc 0:10 --inc 1 --timeout 540 \
+bash "$root/bench/match.sh" --first "$engine" --opponent fairymax --games 2 --tc 0:10 --inc 0.5 --timeout 540 \
   --first-faults --quiet --out "$out"
 status=$?
 if [ "$status" -eq 0 ]; then

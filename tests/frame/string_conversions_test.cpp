@@ -32,12 +32,21 @@ TEST(StringConversions, ToUnsignedAndMemorySizes) {
   }
 }
 
-TEST(StringConversions, ToSecondsReadsMinutesAndSeconds) {
-  for (const auto& [text, seconds] : Rows<int>{{"0", 10}, {"00", 0}, {"5", 300}, {"1:30", 90}, {"0:05", 5}}) {
-    EXPECT_EQ(ToSeconds(text), seconds) << text;
+TEST(StringConversions, TimeControlTextsToMilliseconds) {
+  for (const auto& [text, ms] : Rows<std::int64_t>{{"0", 10000}, {"00", 0}, {"5", 300000}, {"1:30", 90000},
+                                                   {"0:05", 5000}, {"0:08.5", 8500}, {"0:00.125", 125},
+                                                   {"1:-5", 55000}, {"35791394", 35791394ll * 60000}}) {
+    EXPECT_EQ(ToMilliseconds(text), ms) << text;
   }
-  for (const char* bad : {"", ":", "1:", ":30", "x", "1:30:00", "99999999"}) {
-    EXPECT_THROW(ToSeconds(bad), string_conversion_error) << bad;
+  for (const char* bad : {"", ":", "1:", ":30", "x", "1:30:00", "99999999", "1.5", "0:08.", "0:.5", "0:8.5x"}) {
+    EXPECT_THROW(ToMilliseconds(bad), string_conversion_error) << bad;
+  }
+  for (const auto& [text, ms] : Rows<std::int64_t>{{"0", 0}, {"3", 3000}, {"0.1", 100}, {"2.5", 2500},
+                                                   {"0.0125", 12}, {"-0.5", -500}, {"007.50", 7500}}) {
+    EXPECT_EQ(ToDecimalMilliseconds(text), ms) << text;
+  }
+  for (const char* bad : {"", ".", ".5", "1.", "+1", "+1.5", "1.5.2", "--1.5", "-.5", "1.-5", "1,5", "0x1"}) {
+    EXPECT_THROW(ToDecimalMilliseconds(bad), string_conversion_error) << bad;
   }
 }
 

@@ -53,9 +53,13 @@ TEST(CommandParser, ArgumentsAreConvertedAndJoined) {
   EXPECT_EQ(ParseAs<Command_Undo>("undo all").count, ALL_MOVES);
   EXPECT_EQ(ParseAs<Command_Next>("next 0").count, 0);  // refused when executed
   EXPECT_EQ(ParseAs<Command_Setboard>("setboard  8/8/8/8/8/8/8/K6k   w - - 0 1").fen, "8/8/8/8/8/8/8/K6k w - - 0 1");
-  const auto& level = ParseAs<Command_Level>("level 40 1:30 2");
-  EXPECT_EQ(std::tuple(level.moves, level.base_seconds, level.increment_seconds), std::tuple(40, 90, 2));
-  EXPECT_EQ(ParseAs<Command_Level>("level 0 0 0").base_seconds, 10);
+  for (const auto& [line, moves, base_ms, increment_ms] : std::initializer_list<std::tuple<const char*, int, int, int>>{
+           {"level 40 1:30 2", 40, 90000, 2000}, {"level 0 0 0", 0, 10000, 0},
+           {"level 0 0:08 0.1", 0, 8000, 100}, {"level 0 0:08.5 2.5", 0, 8500, 2500}}) {
+    const auto& level = ParseAs<Command_Level>(line);
+    EXPECT_EQ(std::tuple(level.moves, level.base_ms, level.increment_ms), std::tuple(moves, base_ms, increment_ms))
+        << line;
+  }
   EXPECT_EQ(ParseAs<Command_Tc>("tc 40 5 0 ; 0 10 2").text, "40 5 0 ; 0 10 2");
   EXPECT_EQ(ParseAs<Command_st>("st 0").seconds, 0);
   EXPECT_EQ(ParseAs<Command_sd>("sd -4").depth, -4);  // refused when executed
@@ -92,7 +96,8 @@ TEST(CommandParser, ErrorTextsNameKindReasonAndLine) {
   };
   const std::pair<const char*, const char*> rows[] = {
       {"go now", "too many parameters"}, {"level 40 99999999 0", "integer argument expected"},
-      {"level 40 5 +1", "integer argument expected"}, {"personality 1 2", "wrong number of arguments"},
+      {"level 40 5 +1", "integer argument expected"},
+      {"level 0 0:08 .1", "integer argument expected"}, {"level 0 1.5 0", "integer argument expected"}, {"personality 1 2", "wrong number of arguments"},
       {"personality Morvek1", "could not parse personality"}, {"hash trans 8M 1", "wrong number of arguments"},
       {"tb nalimov 99999999999T x", "could not parse new size"}, {"contempt 99999999999", "integer argument expected"},
       {"modify_settings", "missing parameters"}, {"write_fen a b", "wrong number of arguments"},

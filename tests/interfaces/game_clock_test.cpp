@@ -35,16 +35,16 @@ std::pair<std::int32_t, std::int32_t> Limits(SearchTimeLimits (*limits)(const Pl
 }  // namespace
 
 TEST(TimeControl, LevelPeriods) {
-  EXPECT_EQ(DefaultTimeControls(), LevelControls(40, 300, 0));
+  EXPECT_EQ(DefaultTimeControls(), LevelControls(40, 300000, 0));
 
   // "level 0 5 3": the whole game, the increment accrues and moves_left stays -1.
-  PlayerClock increment = ClockWith(LevelControls(0, ToSeconds("5"), 3));
+  PlayerClock increment = ClockWith(LevelControls(0, ToMilliseconds("5"), 3000));
   for (int move = 0; move < 50; ++move) increment.ApplyMove(1000);
   EXPECT_EQ(increment.moves_left, -1);
   EXPECT_EQ(increment.ms_left, 300000 + 50 * 2000);
 
   // "level 40 0 0": ten seconds for every 40 moves, refilled after the 40th.
-  PlayerClock fast = ClockWith(LevelControls(40, ToSeconds("0"), 0));
+  PlayerClock fast = ClockWith(LevelControls(40, ToMilliseconds("0"), 0));
   for (int move = 0; move < 39; ++move) fast.ApplyMove(100);
   EXPECT_EQ(fast.moves_left, 1);
   EXPECT_EQ(fast.ms_left, 10000 - 3900);
@@ -53,11 +53,11 @@ TEST(TimeControl, LevelPeriods) {
   EXPECT_EQ(fast.ms_left, 20000 - 4000);
   EXPECT_EQ(fast.control_index, 0);
 
-  EXPECT_EQ(ClockWith(LevelControls(40, ToSeconds("1:30"), 0)).ms_left, 90000);
-  EXPECT_THROW(LevelControls(-1, 300, 0), time_control_error);
+  EXPECT_EQ(ClockWith(LevelControls(40, ToMilliseconds("1:30"), 0)).ms_left, 90000);
+  EXPECT_THROW(LevelControls(-1, 300000, 0), time_control_error);
   EXPECT_THROW(LevelControls(40, 0, 0), time_control_error);
-  EXPECT_THROW(LevelControls(40, 300, -1), time_control_error);
-  EXPECT_GT(LevelControls(0, 2000000000, 0).front().time_ms, 0);  // held, not wrapped
+  EXPECT_THROW(LevelControls(40, 300000, -1), time_control_error);
+  EXPECT_GT(LevelControls(0, 2000000000000, 0).front().time_ms, 0);  // held, not wrapped
 }
 
 TEST(TimeControl, TcPeriodsAndErrors) {
@@ -73,13 +73,14 @@ TEST(TimeControl, TcPeriodsAndErrors) {
   const TimeControlPair split = ParseTimeControlText("0 5 1 ; 0 10 2");
   EXPECT_EQ(split.white, (TimeControlList{{-1, 300000, 1000, 0}}));
   EXPECT_EQ(split.black, (TimeControlList{{-1, 600000, 2000, 0}}));
+  EXPECT_EQ(ParseTimeControlText("0 0:08.5 0.1").white, (TimeControlList{{-1, 8500, 100, 0}}));
 
   EXPECT_EQ(ErrorOf("40 5 0"), "last time control must not terminate");
   EXPECT_EQ(ErrorOf("0 5 0 40 5 0"), "last time control must not terminate");
   for (const char* missing : {"", "   ", "0 5", "0 5 0 ;", "; 0 5 0"}) {
     EXPECT_EQ(ErrorOf(missing), "missing parameters") << missing;
   }
-  for (const char* bad : {"x 5 0", "0 5:xx 0", "0 5 +1", "0 5 0 ; 0 5 y"}) {
+  for (const char* bad : {"x 5 0", "0 5:xx 0", "0 5 +1", "0 5 0 ; 0 5 y", "0 5 .5", "0 5.5 0"}) {
     EXPECT_EQ(ErrorOf(bad), "integer argument expected") << bad;
   }
 }
@@ -108,7 +109,7 @@ TEST(TimeControl, TimeLimitsAtTheEdges) {
 
 TEST(GameClock, SwitchingResettingAndStopping) {
   GameClock clock;
-  clock.SetControls(LevelControls(0, 60, 2), LevelControls(40, 300, 0), BLACK);
+  clock.SetControls(LevelControls(0, 60000, 2000), LevelControls(40, 300000, 0), BLACK);
   EXPECT_EQ(clock.active, BLACK);
 
   // Stopped: a move costs nothing but still counts.

@@ -9,7 +9,7 @@ using namespace ZephrinHelpScreen;
 
 TEST(HelpScreen, TablesAreSortedWithoutCaseAndFirstEntriesWin) {
   const SimpleHelpScreenFormatter help(HelpTable());
-  EXPECT_EQ(help.entries.size(), 61u);
+  EXPECT_EQ(help.entries.size(), 62u);
   EXPECT_EQ(help.key_width, 16);  // display_settings
   EXPECT_EQ(help.entries.front().command, "\".\"");
   EXPECT_EQ(help.entries[1].command, "?");
