@@ -275,8 +275,12 @@ std::uint32_t BlockOffset(const TB_DECODER& decoder, std::uint32_t block) {
   return decoder.block_offset_base[block / 16 + 1] - (delta != 0 ? delta : 0x10000);
 }
 
+// The last block ends at the file's end, the extra base entry: its own delta may be 0, which for a
+// real block in the second half of a group means a full 65536 bytes.
 std::uint32_t CompressedBlockSize(const TB_DECODER& decoder, std::uint32_t block) {
-  return BlockOffset(decoder, block + 1) - BlockOffset(decoder, block);
+  const std::uint32_t end =
+      block + 1 == decoder.block_count ? decoder.block_offset_base.back() : BlockOffset(decoder, block + 1);
+  return end - BlockOffset(decoder, block);
 }
 
 bool DecodeBlock(const TB_DECODER& decoder, const unsigned char* input, std::size_t input_size,
