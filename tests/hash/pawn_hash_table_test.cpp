@@ -21,10 +21,8 @@ TEST(PawnHashTable, SizesAreEntryCountsThatArePowersOfTwo) {
   ASSERT_TRUE(table.Resize(4194304));
   EXPECT_EQ(table.SlotCount(), 32768u);
   EXPECT_EQ(table.MemorySize(), 3670016u);
-  ASSERT_TRUE(table.Resize(1));
-  EXPECT_EQ(table.SlotCount(), 64u);
   EXPECT_FALSE(table.Resize(~std::uint64_t{0}));
-  EXPECT_EQ(table.SlotCount(), 64u);
+  EXPECT_EQ(table.SlotCount(), 32768u);
 }
 
 TEST(PawnHashTable, AHitNeedsKeyAndPositionType) {
