@@ -90,10 +90,6 @@ TEST(KingSafety, ShieldsStormsAndKingsAwayFromHome) {
       // rank four (-5/-13) met on g3 (-3/-8): 12/5 for the shelter, -8/-95 with the base, then
       // scaled; the negative dynamic half by the attack factor of attack 11.
       {"hole and storm", side + "Q5p1/8/PPP2P1P/6K1 w - - 0 1", ScorePair(-82, -85), 11, -20},
-      // As before with a doubled isolated pawn h2/h3 beside the hole (-18/-25), which brings the
-      // far pawn h3 (+13/22) and meets the stormer on g4 itself (-4/-12 instead of -3/-8).
-      {"doubled isolated pawn beside the hole", side + "Q5p1/7P/PPP2P1P/6K1 w - - 0 1", ScorePair(-89, -100),
-       13, -30},
       // A loose black pawn right in front of the king: 200/240 on top of the shelter, and the
       // attack falls by 10.
       {"loose pawn in front", side + "Q7/8/PPP2PpP/6K1 w - - 0 1", ScorePair(167, 192), -12, -18},
