@@ -2,11 +2,6 @@
 // and files, as a front end and a person see them.
 #include <gtest/gtest.h>
 
-#include <stdlib.h>
-#include <unistd.h>
-
-#include <filesystem>
-
 #include "e2e/engine_process.h"
 
 namespace {
@@ -92,9 +87,8 @@ TEST(GameEndToEnd, ClockCommandsCheckTheirControls) {
 }
 
 TEST(GameEndToEnd, PositionsAndGamesInFiles) {
-  char pattern[] = "/tmp/zephrin-e2e-XXXXXX";
-  ASSERT_NE(mkdtemp(pattern), nullptr);
-  const std::string directory = pattern;
+  const TemporaryDirectory temporary;
+  const std::string directory = temporary.path;
   const std::string fen = directory + "/position.fen";
   const std::string pgn = directory + "/game.pgn";
   const EngineRun write = RunEngine({}, "xboard\nforce\ne4\nc5\nNf3\nwrite_fen " + fen + "\nwrite_pgn " + pgn +
@@ -112,5 +106,4 @@ TEST(GameEndToEnd, PositionsAndGamesInFiles) {
   EXPECT_TRUE(read.out.ends_with(Prompt("Black 2") + "Error (could not open file): read_fen " + directory +
                                  "/none.fen\n" + Prompt("Black 2")))
       << read.out;
-  std::filesystem::remove_all(directory);
 }

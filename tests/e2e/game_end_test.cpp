@@ -2,11 +2,7 @@
 // the board after each move, the result when the rules end the game, and taking moves back.
 #include <gtest/gtest.h>
 
-#include <stdlib.h>
-
-#include <filesystem>
 #include <fstream>
-#include <sstream>
 
 #include "e2e/engine_process.h"
 #include "interfaces/user_board.h"
@@ -19,27 +15,6 @@ std::string Diagram(const std::string& fen) {
   game.SetFromFen(fen);
   return game.Current().DisplayText(false);
 }
-
-std::string ReadFile(const std::string& name) {
-  std::ifstream in(name);
-  std::stringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
-
-// A directory of its own for each test that writes files, removed at the end.
-class TemporaryDirectory {
- public:
-  TemporaryDirectory() {
-    char pattern[] = "/tmp/zephrin-game-XXXXXX";
-    path = mkdtemp(pattern) != nullptr ? pattern : "";
-  }
-  ~TemporaryDirectory() {
-    if (!path.empty()) std::filesystem::remove_all(path);
-  }
-  std::string File(const std::string& name) const { return path + "/" + name; }
-  std::string path;
-};
 
 // The position after each line of `lines`, written by write_fen after the last one.
 std::string FenAfter(const std::string& lines) {
