@@ -22,14 +22,11 @@ struct MixCase {
 const MixCase MIX_CASES[] = {
     {"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", false, 4, 0.0, 0, 0, 0, 0, 0},
     {"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", true, 4, 0.0, 0, 0, 0, 0, 2},
-    {"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", true, 4, 0.0, 30, -10, 0, 0, 15},
     {"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", true, 4, 0.0, 30, -10, 12, 0, 16},
     {"r1bq1rk1/pppp1ppp/2n2n2/2b1p3/2B1P3/2N2N2/PPPP1PPP/R1BQ1RK1 w - - 0 1", true, 8, 0.3, 5, 2, -3, -12, 3},
-    {"r1bq1rk1/pppp1ppp/2n2n2/2b1p3/2B1P3/2N2N2/PPPP1PPP/R1BQ1RK1 w - - 0 1", false, 8, 0.3, 5, 2, -3, -12, 1},
     {"8/5pk1/8/3n4/8/4K3/3B1P2/8 w - - 0 1", true, 12, 1.0, 0, 0, 0, 0, 0},
     {"8/5pk1/8/3n4/8/4K3/3B1P2/8 w - - 0 1", true, 12, 0.0, 0, 0, 0, 0, 1},
     {"2kr4/ppp5/8/8/8/8/5PPP/3Q2K1 w - - 0 1", true, 0, 0.5, 20, -3, 7, 1, 8},
-    {"2kr4/ppp5/8/8/8/8/5PPP/3Q2K1 b - - 0 1", false, 0, 0.5, 20, -3, 7, 1, 6},
     {"2kr4/ppp5/8/8/8/8/5PPP/3Q2K1 w - - 0 1", false, 15, 0.5, 40, -20, 40, -20, 27},
 };
 
