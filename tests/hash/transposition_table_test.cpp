@@ -183,22 +183,6 @@ TEST(TranspositionTable, ReplacementPrefersTheCurrentSearchAndDepth) {
   EXPECT_EQ(bucket[1].lower, 0);  // depth 16 < 32: no refinement
 }
 
-TEST(TranspositionTable, ReplacingTheSecondEntryOfTheSamePosition) {
-  TRANSPOSITION_TABLE table;
-  table.StoreEntry(LowerBound(2, 0, 200));
-  table.StoreEntry(LowerBound(258, 0, 100));
-  const HASH_ENTRY* bucket = table.Bucket(2);
-  table.StoreEntry(LowerBound(258, 7, 150));  // deeper than before, still less than the first
-  EXPECT_EQ(KeysOf(bucket), (Keys{2, 258}));
-  EXPECT_EQ(bucket[1].lower, 7);
-  table.StoreEntry(LowerBound(258, 8, 250));  // now deeper than the first: swaps places
-  EXPECT_EQ(KeysOf(bucket), (Keys{258, 2}));
-  table.NewSearch();
-  table.StoreEntry(LowerBound(2, 9, 260));  // both old: the first is pushed down with age 0
-  EXPECT_EQ(KeysOf(bucket), (Keys{2, 258}));
-  EXPECT_EQ(HashWordAge(bucket[1].word), 0u);
-}
-
 TEST(TranspositionTable, AgeRunsFromOneToItsMaximumAndNeverHitsZero) {
   TRANSPOSITION_TABLE table;
   table.NewSearch();
