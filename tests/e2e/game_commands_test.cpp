@@ -77,8 +77,9 @@ TEST(GameEndToEnd, PositionsAndGamesInFiles) {
   const std::string fen = directory + "/position.fen";
   const std::string pgn = directory + "/game.pgn";
   const EngineRun write = RunEngine({}, "xboard\nforce\ne4\nc5\nNf3\nwrite_fen " + fen + "\nwrite_pgn " + pgn +
-                                            "\nwrite_fen " + directory + "/missing/x.fen\n");
-  EXPECT_EQ(write.out, P + "Error (could not open file): write_fen " + directory + "/missing/x.fen\n");
+                                            "\nwrite_fen " + directory + "/missing/x.fen\nwrite_pgn " + directory + "/\n");
+  EXPECT_EQ(write.out, P + "Error (could not open file): write_fen " + directory + "/missing/x.fen\n" +
+                           "Error (could not open file): write_pgn " + directory + "/\n");
 
   const EngineRun read = RunEngine({}, "read_fen " + fen + "\nforce\nread_fen " + fen + "\nread_pgn " + pgn +
                                            "\nnext all\nread_fen " + directory + "/none.fen\n");

@@ -134,6 +134,9 @@ TEST(PawnFacts, Openness) {
 
 // Each position is worked out by hand, term by term, with the middlegame tables.
 TEST(PawnStructure, HandWorkedPositions) {
+  // a2 a3, both passed: the tables (-15/-25, -14/-25), the doubled isolated pair with nothing ahead
+  // (-50/-30), and the queenside majority (18/10). PawnIsolated is not called for them.
+  ExpectSummary("4k3/8/8/8/8/P7/P7/4K3 w - - 0 1", -61, -70, {{WHITE, WING_QUEENSIDE, 0, -10}});
   // c2 c3 c4 against c6: tripled and isolated with c6 two ranks ahead of the front pawn (-85/-82);
   // c6 is isolated (14/4 with d = 2); d4 is White's, Black can come to attack it (2/4).
   ExpectSummary("4k3/8/2p5/8/2P5/2P5/2P5/4K3 w - - 0 1", -69, -76,

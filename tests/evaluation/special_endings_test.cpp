@@ -91,4 +91,16 @@ TEST(MatingTest, EvenMaterialCountsKingsAndLooseMen) {
   EXPECT_EQ(EvaluateMating(minor), KingsAndPieces(minor) + 3);
 }
 
+TEST(MatingTest, ASmallEdgeIsAtLeastZeroForTheStrongerSide) {
+  // A rook against a bishop: the stronger side never falls below 0 and the constant is 4.
+  Board board = FromFen("b6k/8/8/8/8/8/8/R3K3 w - - 0 1");
+  EXPECT_EQ(EvaluateMating(board), MaterialEdge(board, WHITE, 185) + 4);
+  EXPECT_GE(MaterialEdge(board, WHITE, 185), 0);
+  Board black_to_move = FromFen("b6k/8/8/8/8/8/8/R3K3 b - - 0 1");
+  EXPECT_EQ(EvaluateMating(black_to_move), -MaterialEdge(board, WHITE, 185) + 4);
+  // The bishop kept by its king is worth more to the weaker side than one far off.
+  Board guarded = FromFen("7k/6b1/8/8/8/8/8/R3K3 w - - 0 1");
+  EXPECT_LT(MaterialEdge(guarded, WHITE, 185), MaterialEdge(board, WHITE, 185));
+}
+
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "frame/random_source.h"
+
 TEST(TimeStamp, DifferencesBorrowFromTheSeconds) {
   const TimeStamp a{true, 10, 900000};
   const TimeStamp b{true, 12, 100500};
@@ -13,4 +15,12 @@ TEST(TimeStamp, DifferencesBorrowFromTheSeconds) {
   EXPECT_FALSE(now.valid);
   Now(now);
   EXPECT_TRUE(now.valid);
+}
+
+TEST(RandomSource, StaysBelow32768) {
+  for (int i = 0; i < 20; ++i) {
+    const int value = NonDeterministicRand_16bit();
+    EXPECT_GE(value, 0);
+    EXPECT_LT(value, 32768);
+  }
 }
