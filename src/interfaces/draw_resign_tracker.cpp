@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "board/board.h"
+#include "tablebases/tablebase_probe.h"
 
 namespace ZephrinInterfaces {
 
@@ -11,6 +12,9 @@ namespace {
 
 constexpr int VERDICT_WINS = 0;
 constexpr int VERDICT_LOSES_SOON = 1;
+constexpr int VERDICT_LOSES_SLOWLY = 2;
+constexpr int VERDICT_DRAW = 3;
+constexpr int VERDICT_UNKNOWN = 4;
 
 bool QueenOnBoard(const Board& position) { return (position.sides[WHITE].queens | position.sides[BLACK].queens) != 0; }
 
@@ -45,7 +49,24 @@ void DrawResignTracker::SetContempt(std::int32_t value) {
   Reset();
 }
 
-// The tablebases give no verdict while none are loaded.
+namespace {
+
+// The tablebases' word on the position before the engine's move: a loss with the mate far off
+// leaves the game to play on, as the opponent may yet go wrong. A queued probe keeps the verdict.
+std::int32_t TablebaseVerdict(const Board& position, std::int32_t verdict) {
+  int value = 0;
+  switch (ProbeTablebases(position, value)) {
+    case TB_FOUND:
+      if (value == 0) return VERDICT_DRAW;
+      if (value > 0) return VERDICT_WINS;
+      return IsLongTablebaseResult(position) ? VERDICT_LOSES_SLOWLY : VERDICT_LOSES_SOON;
+    case TB_QUEUED: return verdict;
+    default: return VERDICT_UNKNOWN;
+  }
+}
+
+}  // namespace
+
 void DrawResignTracker::Update(const Board& position, std::int32_t score) {
   ++moves;
   ++moves_since_offer;
@@ -61,11 +82,12 @@ void DrawResignTracker::Update(const Board& position, std::int32_t score) {
   Run(same_score, score == contempt);
   Run(near_zero, std::abs(score) <= (QueenOnBoard(position) ? 17 : 25));
   Run(below_threshold, BelowResignThreshold(position, score, opponent_is_computer));
+  tablebase_verdict = TablebaseVerdict(position, tablebase_verdict);
   last_score = score;
 }
 
 bool DrawResignTracker::ShouldResign() const {
-  if (tablebase_verdict != 4) return tablebase_verdict == VERDICT_LOSES_SOON;
+  if (tablebase_verdict != VERDICT_UNKNOWN) return tablebase_verdict == VERDICT_LOSES_SOON;
   if (mate_seen && mate_distance <= (opponent_is_computer ? 10 : 4)) return true;
   if (!opponent_is_computer && mate_distance > 17) return false;
   return below_threshold >= (opponent_is_computer ? 5 : 6);

@@ -38,27 +38,26 @@ int PieceFromLetter(char letter) {
   }
 }
 
-// Squares are filled from a8; a digit skips squares, "/" goes to the a-file of the next rank.
-// Every rank must describe exactly eight squares, and there must be eight ranks.
+// Squares are filled from a8: a digit skips squares, and "/" takes the index 16 back, which from
+// the end of a full rank is the a-file of the next one. Ranks aren't counted or measured: a piece
+// is refused only when it falls off the rank that the "/" signs reached, so a short last rank
+// reads, and squares not described stay empty. The index is wide enough for any text length.
 void ReadPlacement(const std::string& field, Piece squares[64]) {
   for (int s = 0; s < 64; ++s) squares[s] = 0;
-  int rank = 7, file = 0;
+  std::int64_t square = 56, rank = 7;
   for (char ch : field) {
     if (ch == '/') {
-      if (file != 8) throw fen_io_error("rank of fewer than eight squares in FEN");
-      if (--rank < 0) throw fen_io_error("too many ranks in FEN");
-      file = 0;
+      square -= 16;
+      --rank;
     } else if (ch >= '0' && ch <= '9') {
-      file += ch - '0';
-      if (file > 8) throw fen_io_error("rank of more than eight squares in FEN");
+      square += ch - '0';
     } else if (int piece = PieceFromLetter(ch)) {
-      if (file > 7) throw fen_io_error("rank of more than eight squares in FEN");
-      squares[MakeSquare(file++, rank)] = Piece(piece);
+      if (square < 0 || square > 63 || square / 8 != rank) throw fen_io_error("piece off its rank in FEN");
+      squares[square++] = Piece(piece);
     } else {
       throw fen_io_error(std::string("bad character in FEN placement: ") + ch);
     }
   }
-  if (rank != 0 || file != 8) throw fen_io_error("FEN placement ends early");
 }
 
 int ReadCastling(const std::string& field) {

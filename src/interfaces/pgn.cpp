@@ -4,6 +4,7 @@
 #include <limits>
 #include <vector>
 
+#include "interfaces/fen.h"
 #include "interfaces/move_text.h"
 
 namespace ZephrinInterfaces {
@@ -17,14 +18,11 @@ void WriteTag(std::ostream& out, const char* name, const std::string& value) {
   out << '[' << name << " \"" << value << "\"]\n";
 }
 
-// "1. e4 ", "1. ... e5 " or "e5 ": the move with its number where one belongs.
-std::string MoveToken(const GameBoard& board, Move move, int counter, bool first) {
+// "1. e4 ", "1... e5 " or "e5 ": the move with its number where one belongs.
+std::string MoveToken(const GameBoard& board, Move move, int number, bool first) {
   std::string token;
-  if (board.side_to_move == WHITE || (first && counter == 0)) {
-    token = std::to_string(counter / 2 + 1) + ".";
-    if (board.side_to_move == BLACK) token += " ...";
-    token += ' ';
-  }
+  if (board.side_to_move == WHITE) token = std::to_string(number) + ". ";
+  if (board.side_to_move == BLACK && first) token = std::to_string(number) + "... ";
   return token + MoveToText(board, move, NOTATION_SAN) + ' ';
 }
 
@@ -155,7 +153,11 @@ void ReadMoves(std::istream& in, UserBoard& game) {
 
 }  // namespace
 
+// A game from anywhere but the standard start carries its first position in SetUp and FEN tags,
+// as other programs need them to replay it; its move numbers continue the FEN's full move number.
 void WritePgn(const UserBoard& game, std::ostream& out, const PgnTags& tags) {
+  int number = game.FirstPly() / 2 + 1;
+  const std::string start_fen = BoardToFen(game.Initial(), number);
   WriteTag(out, "Event", tags.event);
   WriteTag(out, "Site", tags.site);
   WriteTag(out, "Date", tags.date);
@@ -163,22 +165,26 @@ void WritePgn(const UserBoard& game, std::ostream& out, const PgnTags& tags) {
   WriteTag(out, "White", tags.white);
   WriteTag(out, "Black", tags.black);
   WriteTag(out, "Result", ResultText(game.Current().result));
+  if (start_fen != BoardToFen(Board(), 1)) {
+    WriteTag(out, "SetUp", "1");
+    WriteTag(out, "FEN", start_fen);
+  }
   WriteTag(out, "TimeControl", tags.time_control);
   out << '\n';
 
   GameBoard board(game.Initial());
   std::vector<std::uint64_t> keys;
-  int counter = game.FirstPly();
   std::size_t width = 0;
-  for (std::size_t i = 0; i < game.Moves().size(); ++i, ++counter) {
+  for (std::size_t i = 0; i < game.Moves().size(); ++i) {
     const Move move = game.Moves()[i];
-    const std::string token = MoveToken(board, move, counter, i == 0);
+    const std::string token = MoveToken(board, move, number, i == 0);
     width += token.size();
     if (width > LINE_WIDTH) {
       out << '\n';
       width = token.size();
     }
     out << token;
+    if (board.side_to_move == BLACK) ++number;
     board.PlayAndCheck(move, keys);
   }
   out << '\n' << ResultText(game.Current().result) << '\n';

@@ -18,13 +18,14 @@ struct PgnTags {
   std::string white = "?";
   std::string black = "?";
   std::string time_control = "?";
-  std::string fen;  // empty: the game starts from the initial position
+  std::string fen;  // as read; empty: the game starts from the initial position
 
   bool operator==(const PgnTags&) const = default;
 };
 
 // Writes the seven tags and Result, an empty line, the moves from the game's start in SAN with
-// lines of about 70 characters, and the result.
+// lines of about 70 characters, and the result. A game that didn't begin at the standard start
+// also gets SetUp and FEN tags after Result, with its first position; tags.fen isn't used.
 void WritePgn(const UserBoard& game, std::ostream& out, const PgnTags& tags);
 
 // Reads the first game of the stream. On success game stands at the start of the game with all

@@ -22,6 +22,26 @@ constexpr int ITERATION_LIMIT = 80;  // so no more than 79 iterations ever run
 constexpr std::int64_t PUZZLE_MS = 3000;
 constexpr std::int64_t FIRST_ITERATION_QUIET_MS = 3000;
 
+// The value of a line that ends in mate, from the root's side: the side that mates on the last ply
+// wins in that many plies. Zero for a line that doesn't end in mate.
+int MateValueOfLine(const Board& root, const std::vector<Move>& line) {
+  Board copy(root);
+  for (Move move : line) copy.MakeMove(move);
+  Move moves[MAX_MOVES];
+  if (!copy.InCheck() || GenerateMoves(moves, copy, GEN_ALL) != moves) return 0;
+  const int plies = int(line.size());
+  return (plies & 1) != 0 ? MATE - plies : plies - MATE;
+}
+
+// Where a line ends in a mate that its value doesn't show, the mated side's last move was only the
+// first one tried at a node where every move failed, not its best defence. The line is cut before
+// that move, so that what is shown never claims more than the value.
+void CutUnprovenMate(const Board& root, std::vector<Move>& line, int value) {
+  const int mate = MateValueOfLine(root, line);
+  if (mate == 0 || mate == value || line.size() < 2) return;
+  line.resize(line.size() - 2);
+}
+
 }  // namespace
 
 bool BisectionSettled(int lower, int upper, int draw_score, int& value) {
@@ -190,6 +210,7 @@ int Search::SearchRootMove(RootMove& root_move, int lower, int upper, int guess)
     }
     int settled = 0;
     if (BisectionSettled(lower, upper, draw, settled)) {
+      CutUnprovenMate(tree->board, root_move.line, settled);
       clock.RecordScore(settled);
       return settled;
     }
@@ -199,9 +220,9 @@ int Search::SearchRootMove(RootMove& root_move, int lower, int upper, int guess)
 
     RestorePv(root_move.line);
     int value = SearchRootChild(root_move.move, g);
-    ExtractPv(root_move);
 
     if (value == g) {  // at least g
+      ExtractPv(root_move);
       lower = value;
       if (run > 1) {
         step += (run * step) / 10;
@@ -230,6 +251,7 @@ int Search::SearchRootMove(RootMove& root_move, int lower, int upper, int guess)
           << "lowerbound=" << std::int32_t(lower) << ", upperbound=" << std::int32_t(upper) << "\n";
     }
     if (lower >= upper) {
+      CutUnprovenMate(tree->board, root_move.line, value);
       clock.RecordScore(value);
       return value;
     }
@@ -244,7 +266,7 @@ bool Search::TestRootMove(RootMove& root_move, int best) {
   if (g > MATE_RANGE + 1 && (g & 1) != 0) g = best + 2;
   if (g < -(MATE_RANGE + 1) && (g & 1) == 0) g = g + 1;
   int value = SearchRootChild(root_move.move, g);
-  ExtractPv(root_move);
+  if (value != g - 1) ExtractPv(root_move);
   return value != g - 1;
 }
 
@@ -263,6 +285,9 @@ int Search::SearchRootChild(Move move, int g) {
   return -v;
 }
 
+// The line of a root move is taken only from a probe that reached its gamma: that line is the
+// proof of the value's lower bound. A probe that fails low leaves in the table the first reply
+// tried at each node, which is no line at all, so the move keeps the line of its last success.
 void Search::ExtractPv(RootMove& root_move) {
   Board copy(tree->board);
   root_move.line.clear();

@@ -383,10 +383,19 @@ void ExtendedFutility(Node& n) {
   MarkFutileBelowGamma(n, extended_futility_pruning_margin);
 }
 
-void Futility(Node& n, bool test_upper_limit) {
+// Futility proper is the frontier's rule: a quiet move one ply from the quiescence can't make up the
+// missing material. Above the frontier it gives way to extended futility, whose range starts where
+// its own ends, so that the attacker's quiet moves after a sacrifice are searched for as long as
+// they can still set up a mate. Moving the start of extended futility above
+// `max_distance_for_futility_pruning` gives the whole upper limit back to this rule.
+void Futility(Node& n, bool above_quiescence) {
   bool enabled = n.IsPv() ? enable_futility_pruning_if_searching_pv_move
                           : enable_futility_pruning_if_not_searching_pv_move;
-  if (!enabled || (test_upper_limit && n.distance > max_distance_for_futility_pruning)) return;
+  if (!enabled) return;
+  if (above_quiescence && (n.distance > max_distance_for_futility_pruning ||
+                           n.distance >= min_distance_for_extended_futility_pruning)) {
+    return;
+  }
   if (skip_futility_pruning_if_searching_for_mate && n.gamma > MATE_RANGE) return;
   MarkFutileBelowGamma(n, futility_pruning_margin);
 }

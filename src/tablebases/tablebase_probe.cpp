@@ -5,6 +5,7 @@
 #include "bitbases/bitbase_files.h"
 #include "bitbases/bitbase_probes.h"
 #include "board/bitboard.h"
+#include "tablebases/nalimov_tablebases.h"
 
 bool tablebases_loaded = false;
 
@@ -13,9 +14,8 @@ namespace {
 constexpr int MATE = 32767;
 constexpr int LONG_RESULT_DISTANCE = 29;
 
-// The Nalimov look-up. The Nalimov reader isn't part of the program yet, so this finds nothing;
-// it is the one place where ProbeTablebases asks the tables.
-bool LookUpNalimov(const Board&, int&) { return false; }
+// The one place where ProbeTablebases asks the tables.
+bool LookUpNalimov(const Board& board, int& score) { return NalimovTablebases::LookupTablebase(board, score); }
 
 // A white pawn directly behind a black one.
 bool HasRam(const Board& board) {

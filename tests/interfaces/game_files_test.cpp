@@ -13,21 +13,9 @@ using namespace ZephrinInterfaces;
 using test_helpers::GameFrom;
 using test_helpers::Play;
 using test_helpers::Slurp;
+using test_helpers::TemporaryFile;
 
 namespace {
-
-class TemporaryFile {
- public:
-  TemporaryFile() : name_(testing::TempDir() + "zephrin_pgn_" + std::to_string(getpid()) + "_" +
-                          std::to_string(counter_++)) {}
-  ~TemporaryFile() { std::remove(name_.c_str()); }
-  const std::string& Name() const { return name_; }
-  void Write(const std::string& text) const { std::ofstream(name_, std::ios::binary) << text; }
-
- private:
-  static inline int counter_ = 0;
-  std::string name_;
-};
 
 std::string FileError(const std::function<void()>& action) {
   try {
@@ -57,7 +45,8 @@ TEST(GameFiles, FenFiles) {
 
   for (const auto& [text, error] : {std::pair{"8/8/8/4k3/8/8/8/R3K3 b - -", "could not read FEN file"},
                                     {"8/8/8/4k3/8/8/8/R3K3 x - - 0 1", "could not read FEN file"},
-                                    {"8/8/8/4k3/8/8/8/R7 w - - 0 1", "Illegal position"}}) {
+                                    {"8/8/8/4k3/8/8/8/R7 w - - 0 1", "Illegal position"},
+                                    {"4k3/8/8/8/8/8/4P3/4K w - - 0 1", "no error"}}) {  // a short last rank
     file.Write(text);
     EXPECT_EQ(FileError([&] { LoadFen(file.Name()); }), error) << text;
   }

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
+#include <cstdlib>
 #include <fstream>
 #include <sstream>
 
@@ -13,6 +16,7 @@ using test_helpers::DataFile;
 using test_helpers::GameFrom;
 using test_helpers::Play;
 using test_helpers::Slurp;
+using test_helpers::TemporaryFile;
 
 namespace {
 
@@ -57,7 +61,72 @@ std::string ReadError(const std::string& text) {
   return error;
 }
 
+// Games for the writer: from the start and from set-up positions with either side to move, with
+// castling, en passant, promotions and results among them.
+struct WrittenGame {
+  const char* fen;  // empty: the start position
+  bool edited;      // set up as edit mode does, which keeps first ply 0 with Black to move
+  const char* moves;
+};
+const WrittenGame WRITTEN_GAMES[] = {
+    {"", false,
+     "e4 Nf6 e5 d5 exd6 Qxd6 d4 Bf5 Nf3 Nc6 Be2 O-O-O O-O e5 dxe5 Qxd1 Rxd1 Rxd1+ Bxd1 Nxe5 Nxe5 "
+     "Bxc2 Bxc2 g6 Nxf7 Bd6 Nxh8 Bxh2+ Kxh2"},
+    {"", false, "f3 e5 g4 Qh4#"},
+    {"4k3/1P6/8/8/8/8/8/4K2R w K - 0 40", false,
+     "b8=Q+ Kd7 O-O Ke6 Qe8+ Kd5 Rf5+ Kd4 Qe5+ Kd3 Rf3+ Kd2 Qe3+ Kc2 Rf2+ Kb1 Qe1#"},
+    {"4k3/8/8/8/3Pp3/8/8/K7 b - d3 0 12", false, "exd3 Kb2 d2 Kc2 d1=N"},
+    {"4k3/8/8/8/8/8/8/R3K3 b - - 0 1", true, "Kd7 Ra7+ Kc6"},
+    {"4k3/8/8/8/8/8/4P3/4K3 w - - 0 1", false, "e4 Kd7"},
+};
+
+UserBoard Built(const WrittenGame& row) {
+  UserBoard game = GameFrom(row.fen);
+  if (row.edited) game.SetPosition(UserBoard(game).Current());
+  Play(game, row.moves);
+  return game;
+}
+
 }  // namespace
+
+TEST(Pgn, WriteReadWriteGivesTheSameFile) {
+  PgnTags tags;
+  tags.white = "Zephrin";
+  for (const WrittenGame& row : WRITTEN_GAMES) {
+    SCOPED_TRACE(row.moves);
+    const UserBoard game = Built(row);
+    const std::string text = Written(game, tags);
+    EXPECT_EQ(text.find("[FEN ") == std::string::npos, *row.fen == 0);
+    std::istringstream in(text);
+    UserBoard read;
+    PgnTags read_tags;
+    ReadPgn(read, in, read_tags);
+    read.PlayAllNext();
+    EXPECT_EQ(read.Moves(), game.Moves());
+    EXPECT_EQ(Written(read, read_tags), text);
+  }
+}
+
+// Another program replays every written game without a complaint and ends where the game did.
+TEST(Pgn, PgnExtractReplaysWrittenGames) {
+  const std::string program =
+      access("/usr/bin/pgn-extract", X_OK) == 0 ? "/usr/bin/pgn-extract" : "/usr/games/pgn-extract";
+  if (access(program.c_str(), X_OK) != 0) GTEST_SKIP() << "pgn-extract is not installed (Debian package)";
+  TemporaryFile pgn, log, out;
+  for (const WrittenGame& row : WRITTEN_GAMES) {
+    SCOPED_TRACE(row.moves);
+    const UserBoard game = Built(row);
+    pgn.Write(Written(game));
+    log.Write("");
+    const std::string command = program + " -s -F --notags -w 1000 -l'" + log.Name() + "' '" + pgn.Name() +
+                                "' >'" + out.Name() + "' 2>&1";
+    ASSERT_EQ(std::system(command.c_str()), 0) << command;
+    EXPECT_EQ(Slurp(log.Name()), "");
+    // Without the move number: an edited game counts from ply 0 even when Black moves first.
+    const std::string fen = PositionToFen(game).substr(0, PositionToFen(game).rfind(' ') + 1);
+    EXPECT_NE(Slurp(out.Name()).find("{ \"" + fen), std::string::npos) << Slurp(out.Name()) << fen;
+  }
+}
 
 TEST(Pgn, FamousGamesPlayThroughToTheirEnd) {
   struct Case {
@@ -85,15 +154,6 @@ TEST(Pgn, FamousGamesPlayThroughToTheirEnd) {
     game.PlayAllNext();
     EXPECT_EQ(game.Current().result, c.result);
     EXPECT_EQ(game.Current().reason, REASON_MATE);
-
-    // Written and read again, the game is the same.
-    std::istringstream again(Written(game, tags));
-    UserBoard reread;
-    PgnTags reread_tags;
-    ReadPgn(reread, again, reread_tags);
-    EXPECT_EQ(reread_tags, tags);
-    reread.PlayAllNext();
-    EXPECT_EQ(reread.Moves(), game.Moves());
   }
 }
 
@@ -107,18 +167,21 @@ TEST(Pgn, WrittenTextIsExact) {
             "[Event \"?\"]\n[Site \"?\"]\n[Date \"????.??.??\"]\n[Round \"-\"]\n[White \"?\"]\n"
             "[Black \"?\"]\n[Result \"*\"]\n[TimeControl \"?\"]\n\n\n*\n");
 
-  // From a FEN with Black to move the first move has no number; no FEN tag is written.
-  UserBoard from_fen = GameFrom("rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0 1");
+  // From a FEN: the SetUp and FEN tags after Result, and Black's first move numbered "N...".
+  UserBoard from_fen = GameFrom("rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0 7");
   Play(from_fen, "c5 Nf3");
-  const std::string fen_text = Written(from_fen);
-  EXPECT_NE(fen_text.find("\n\nc5 2. Nf3 \n*\n"), std::string::npos) << fen_text;
-  EXPECT_EQ(fen_text.find("FEN"), std::string::npos);
+  EXPECT_NE(Written(from_fen).find("[Result \"*\"]\n[SetUp \"1\"]\n[FEN \"rnbqkbnr/pppppppp/8/8/4P3/8/"
+                                   "PPPP1PPP/RNBQKBNR b KQkq e3 0 7\"]\n[TimeControl \"?\"]\n\n7... c5 8. Nf3 \n*\n"),
+            std::string::npos)
+      << Written(from_fen);
 
-  // From an edited position with Black to move the game starts with "1. ...".
+  // An edited position with Black to move counts from move 1.
   UserBoard edited;
   edited.SetPosition(GameFrom("4k3/8/8/8/8/8/8/R3K3 b - - 0 1").Current());
   Play(edited, "Kd7 Ra7+");
-  EXPECT_NE(Written(edited).find("\n\n1. ... Kd7 1. Ra7+ \n*\n"), std::string::npos);
+  EXPECT_NE(Written(edited).find("[FEN \"4k3/8/8/8/8/8/8/R3K3 b - - 0 1\"]\n[TimeControl \"?\"]\n\n"
+                                 "1... Kd7 2. Ra7+ \n*\n"),
+            std::string::npos);
 
   UserBoard drawn = GameFrom();
   drawn.SetResult(RESULT_DRAW, REASON_AGREEMENT);
