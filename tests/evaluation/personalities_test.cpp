@@ -123,15 +123,7 @@ TEST(Personalities, AChangeDropsTheMixedScoresButKeepsThePawnTable) {
   EXPECT_FALSE(IsEmpty(TranspositionTable));
   EXPECT_FALSE(IsEmpty(EvaluationHashTable));
 
-  // Outside force mode the command fails and changes nothing.
-  game.game_mode = GAME_MODE_PLAY;
-  EXPECT_THROW(Command_SetPersonality("personality -4", -4).Execute(game), ErrorCommand);
-  EXPECT_EQ(EvalSettings.personality, 1000);
-  EXPECT_FALSE(IsEmpty(EvaluationHashTable));
-
-  game.game_mode = GAME_MODE_FORCE;
-  Command_SetPersonality("personality 0", 0).Execute(game);
-  EXPECT_EQ(EvalSettings.personality, 0);
+  // The refusal outside force mode is tested at the console.
   EvalSettings = saved;
 }
 
