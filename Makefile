@@ -2,10 +2,11 @@
 # `make test` builds and runs every test; `make bench` runs the benchmarks.
 BUILD ?= build
 SANITIZE_BUILD ?= build-sanitize
+COVERAGE_BUILD ?= build-coverage
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 CMAKE_FLAGS ?= -DCMAKE_BUILD_TYPE=Release
 
-.PHONY: all build run test test-sanitize bench deps clean
+.PHONY: all build run test test-sanitize coverage bench deps clean
 
 all: build
 
@@ -27,8 +28,19 @@ test-sanitize: deps
 	@cmake --build $(SANITIZE_BUILD) -j $(JOBS)
 	@cd $(SANITIZE_BUILD) && ctest --output-on-failure -j $(JOBS)
 
+# Line coverage of src/ by the tests, in an unoptimised build of its own. The xboard match is left
+# out: it plays on the clock, and coverage must not depend on the load of the machine.
+coverage: deps
+	@bash .ci/install-deps gcovr
+	@cmake -S . -B $(COVERAGE_BUILD) -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS=--coverage \
+	  -DZEPHRIN_MATCH_TEST=OFF $$(command -v ccache >/dev/null && echo -DCMAKE_CXX_COMPILER_LAUNCHER=ccache) >/dev/null
+	@cmake --build $(COVERAGE_BUILD) -j $(JOBS)
+	@find $(COVERAGE_BUILD) -name '*.gcda' -delete
+	@cd $(COVERAGE_BUILD) && ctest --output-on-failure -j $(JOBS) -E xboard_match
+	@gcovr -r . --object-directory $(COVERAGE_BUILD) --filter 'src/' --exclude-directories '.*/CMakeFiles/[0-9.]+$$' --print-summary -o $(COVERAGE_BUILD)/coverage.txt
+
 bench: build
 	@bash bench/run-benchmarks
 
 clean:
-	rm -rf $(BUILD) $(SANITIZE_BUILD)
+	rm -rf $(BUILD) $(SANITIZE_BUILD) $(COVERAGE_BUILD)

@@ -7,22 +7,15 @@ namespace {
 using namespace board_test;
 
 TEST(MakeMove, CastlingRightsAndTheirKeys) {
-  // A rook taken on a8 removes black's long right, and the key changes by exactly its constant.
+  // A rook taken on a8 removes black's long right; the keys are checked against a fresh
+  // computation by the generator walk.
   Board board = FromFen("r3k3/8/8/8/8/8/8/R3K3 w Qq - 0 1");
-  const Move capture = FindMove(board, "a1a8");
-  const std::uint64_t before = board.Key();
-  board.MakeMove(capture);
+  board.MakeMove(FindMove(board, "a1a8"));
   EXPECT_EQ(board.State().castling, 0);  // the white rook left a1 as well
-  const Piece rook = MakePiece(WHITE, ROOK), victim = MakePiece(BLACK, ROOK);
-  EXPECT_EQ(board.Key() ^ before,
-            CASTLE_KEY_BQ ^ CASTLE_KEY_WQ ^ SIDE_KEY ^ Tables.piece_keys[0][rook + 6] ^
-                Tables.piece_keys[56][rook + 6] ^ Tables.piece_keys[56][victim + 6]);
-  // A rook leaving h1 without the short right changes no castling term.
+  // A rook leaving h1 without the short right keeps the long one.
   board = FromFen("4k3/8/8/8/8/8/8/R3K2R w Q - 0 1");
-  const std::uint64_t start = board.Key();
   board.MakeMove(FindMove(board, "h1h2"));
   EXPECT_EQ(board.State().castling, CASTLE_WHITE_LONG);
-  EXPECT_EQ(board.Key() ^ start, SIDE_KEY ^ Tables.piece_keys[7][rook + 6] ^ Tables.piece_keys[15][rook + 6]);
   // Castling moves the rook and clears both rights of the side.
   board = FromFen("r3k2r/8/8/8/8/8/8/R3K2R b KQkq - 0 1");
   board.MakeMove(FindMove(board, "e8c8"));

@@ -130,34 +130,25 @@ const char* const WALK_POSITIONS[] = {
 };
 
 // Trickier corners: en passant along ranks and diagonals, promotions with check, castling
-// through attacks, double checks, discovered checks by every piece.
+// through attacks, double checks, discovered checks by every piece. Those with published perft
+// counts are in the perft test.
 const char* const TRICKY_POSITIONS[] = {
     "8/8/8/K2pP2r/8/8/8/7k w - d6 0 1",            // en passant would expose the king on the rank
-    "8/8/8/KPp4r/8/8/8/7k w - c6 0 1",             // the same with the pawns adjacent to the king
     "8/8/8/1k1pP2R/8/8/8/7K w - d6 0 1",           // en passant gives discovered check on the rank
     "8/k7/8/2pP4/8/4B3/8/7K w - c6 0 1",           // the captured pawn shielded the king from the bishop
     "7k/8/8/3pP3/8/8/8/B6K w - d6 0 1",            // removal of d5 opens the long diagonal
     "8/8/8/3pP3/8/1k6/8/Q6K w - d6 0 1",           // en passant with the captured pawn on a queen line
     "4k3/8/8/2KpP3/8/8/8/8 w - d6 0 1",            // the double step gives check; en passant evades
     "4k3/8/8/3pP3/8/8/8/3RK3 w - d6 0 1",          // captured pawn on the file of a rook
-    "3k4/8/8/3pP3/8/8/8/3QK3 w - d6 0 1",
-    "8/2k5/8/3pP3/8/8/8/6BK w - d6 0 1",
     "r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1",
-    "r3k2r/8/8/8/8/8/8/R3K2R b KQkq - 0 1",
     "r3k2r/8/8/8/8/5n2/8/R3K2R w KQkq - 0 1",      // the knight covers d2, e1, g1 and h2
     "r3k2r/8/8/8/8/8/6p1/R3K2R w KQkq - 0 1",      // pawn covers f1 and h1
     "1r2k2r/8/8/8/8/8/8/R3K2R w KQk - 0 1",        // b1 attacked, long castling still allowed
-    "4k3/8/8/8/8/8/8/R3K2R w KQ - 0 1",
-    "5k2/8/8/8/8/8/8/4K2R w K - 0 1",              // short castling gives check on the f-file
-    "3k4/8/8/8/8/8/8/R3K3 w Q - 0 1",              // long castling gives check on the d-file
     "2r1k3/1P6/8/8/8/8/8/4K3 w - - 0 1",           // promotions with capture and check
     "4k3/2P5/8/8/8/8/8/K7 w - - 0 1",              // promotion to rook and queen check on the rank
-    "4k3/8/8/8/8/8/p7/1NK5 b - - 0 1",
     "1k6/8/8/8/8/8/1p6/R3K3 b - - 0 1",
-    "8/P1k5/8/8/8/8/8/K7 w - - 0 1",
     "8/1P6/8/8/8/1k6/8/K7 w - - 0 1",              // the new piece checks through its own from square
     "nkn5/1P6/8/8/8/8/8/1R5K w - - 0 1",           // capturing promotion uncovers the rook
-    "4k3/8/8/8/8/8/8/4K2R w K - 0 1",
     "4k3/4r3/8/8/8/8/8/4K3 w - - 0 1",             // stepping back along the check line
     "4k3/8/8/8/1b6/8/3n4/4K3 w - - 0 1",           // double check
     "4k3/8/8/8/8/8/4r3/R3K2q w Q - 0 1",
@@ -166,18 +157,12 @@ const char* const TRICKY_POSITIONS[] = {
     "3k4/8/8/3B4/8/8/8/K2R4 w - - 0 1",
     "k7/8/K7/8/8/8/8/Q7 w - - 0 1",                // king steps uncover the queen
     "8/8/8/8/k2Pp2Q/8/8/3K4 b - d3 0 1",           // black en passant, pinned on the rank
-    "8/8/8/8/k2Pp3/8/8/3K3B b - d3 0 1",
     "4k3/8/8/8/3pP3/8/8/4K2b b - e3 0 1",
     "8/5bk1/8/2Pp4/8/1K6/8/8 w - d6 0 1",          // pinned by the bishop along the diagonal
-    "8/8/1k6/2b5/2pP4/8/5K2/8 b - d3 0 1",
     "rnbqkbnr/pp1ppppp/8/2pP4/8/8/PPP1PPPP/RNBQKBNR w KQkq c6 0 2",
     "n1n5/PPPk4/8/8/8/8/4Kppp/5N1N b - - 0 1",
-    "8/Pk6/8/8/8/8/6Kp/8 w - - 0 1",
-    "r1bqkbnr/pppppppp/n7/8/8/P7/1PPPPPPP/RNBQKBNR w KQkq - 2 2",
-    "4k3/8/8/8/8/8/8/4K2R b K - 0 1",
     "4k2r/8/8/8/8/8/8/4K2R w Kk - 0 1",
     "r3k3/1K6/8/8/8/8/8/8 w q - 0 1",
-    "8/8/8/3k4/8/3K4/8/8 w - - 0 1",
 };
 
 TEST(MoveGenerator, EveryNodeOfTheStandardPositionsKeepsItsInvariants) {

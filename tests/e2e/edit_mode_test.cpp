@@ -34,6 +34,17 @@ TEST(EditModeEndToEnd, AtTheConsole) {
   EXPECT_TRUE(cancelled.out.ends_with("edit mode> Edit mode aborted\n" + Prompt("White 1"))) << cancelled.out;
   EXPECT_EQ(DisplayAfter("force\nedit\n#\ncancel\n"), DisplayAfter("force\n"));
 
+  // An illegal position is refused and the loop goes on; verify and restore.
+  const EngineRun refused =
+      RunEngine({}, "force\nedit\n#\n.\nZe4\nsay \"hi\nverify\nrestore\nxe2\nverify\nrestore\n.\n");
+  const std::size_t invalid = refused.out.find("edit mode> Command ignored (Illegal position)\nedit mode> "
+                                               "Error (unknown command): Ze4\nedit mode> Error (could not tokenize "
+                                               "the input string): say \"hi\nedit mode> Current position is invalid\n");
+  EXPECT_NE(invalid, std::string::npos) << refused.out;
+  EXPECT_NE(refused.out.find("edit mode> Current position is valid\n", invalid), std::string::npos) << refused.out;
+  EXPECT_EQ(DisplayAfter("force\nedit\n#\nrestore\n.\n"), DisplayAfter("force\n"));
+  EXPECT_EQ(DisplayAfter("force\nedit\n#\nKe1\nc\nKe8\ns\n.\n"), Position("4k3/8/8/8/8/8/8/4K3 b - - 0 1"));
+
   // A position set up piece by piece, then played on.
   EXPECT_EQ(DisplayAfter("force\nedit\n#\nKe1\nRh1\nc\nKe8\n.\nO-O\n"), Position("4k3/8/8/8/8/8/8/5RK1 b - - 1 1"));
 

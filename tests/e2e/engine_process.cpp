@@ -9,7 +9,11 @@
 #include <algorithm>
 #include <chrono>
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
 
 namespace {
 
@@ -93,3 +97,18 @@ EngineRun RunEngine(const std::vector<std::string>& arguments, const std::string
 }
 
 std::string Prompt(const std::string& side_and_move) { return std::string(" \r").append(side_and_move).append("> "); }
+
+std::string ReadFile(const std::string& name) {
+  std::ostringstream text;
+  text << std::ifstream(name, std::ios::binary).rdbuf();
+  return text.str();
+}
+
+TemporaryDirectory::TemporaryDirectory() {
+  char pattern[] = "/tmp/zephrin-test-XXXXXX";
+  if (mkdtemp(pattern) != nullptr) path = pattern;
+}
+
+TemporaryDirectory::~TemporaryDirectory() {
+  if (!path.empty()) std::filesystem::remove_all(path);
+}

@@ -20,3 +20,14 @@ EngineRun RunEngine(const std::vector<std::string>& arguments, const std::string
 
 // The prompt of the console protocol as it appears on standard output, e.g. Prompt("White 1").
 std::string Prompt(const std::string& side_and_move);
+
+// The whole content of a file; empty if there is none.
+std::string ReadFile(const std::string& name);
+
+// A directory of its own for a test that writes files, removed with everything in it at the end.
+struct TemporaryDirectory {
+  TemporaryDirectory();
+  ~TemporaryDirectory();
+  std::string File(const std::string& name) const { return path + "/" + name; }
+  std::string path;
+};

@@ -2,20 +2,14 @@
 // reading the search settings, and the refusals that leave them as they were.
 #include <gtest/gtest.h>
 
-#include <stdlib.h>
-
-#include <filesystem>
 #include <fstream>
-#include <sstream>
 
 #include "e2e/engine_process.h"
 
 namespace {
 
 std::string DefaultSettingsText() {
-  std::ostringstream text;
-  text << std::ifstream(std::string(ZEPHRIN_SOURCE_DIR) + "/tests/settings/default_search_settings.txt").rdbuf();
-  return text.str();
+  return ReadFile(std::string(ZEPHRIN_SOURCE_DIR) + "/tests/settings/default_search_settings.txt");
 }
 
 std::string Replaced(std::string text, const std::string& from, const std::string& to) {
@@ -24,18 +18,6 @@ std::string Replaced(std::string text, const std::string& from, const std::strin
   if (at != std::string::npos) text.replace(at, from.size(), to);
   return text;
 }
-
-class TemporaryDirectory {
- public:
-  TemporaryDirectory() {
-    char pattern[] = "/tmp/zephrin-settings-XXXXXX";
-    if (mkdtemp(pattern) != nullptr) path = pattern;
-  }
-  ~TemporaryDirectory() {
-    if (!path.empty()) std::filesystem::remove_all(path);
-  }
-  std::string path;
-};
 
 }  // namespace
 
@@ -80,9 +62,7 @@ TEST(SettingsEndToEnd, ChangeShowWriteAndReadUnderXBoard) {
                          "pong 1\n");
   EXPECT_EQ(run.status, 0);
 
-  std::ostringstream written;
-  written << std::ifstream(file).rdbuf();
-  EXPECT_EQ(written.str(), Replaced(Replaced(DefaultSettingsText(), "\nmin_ply_for_null_move=0\n",
+  EXPECT_EQ(ReadFile(file), Replaced(Replaced(DefaultSettingsText(), "\nmin_ply_for_null_move=0\n",
                                              "\nmin_ply_for_null_move=3\n"),
                                     "\nenable_ettc=true\n", "\nenable_ettc=false\n"));
 }

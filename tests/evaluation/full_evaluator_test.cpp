@@ -10,18 +10,8 @@ using evaluation_test::FromFen;
 using evaluation_test::Mirrored;
 
 TEST(FullEvaluator, EndgameFactorFallsWithMaterial) {
-  const double expected[14] = {1.0,    0.9416, 0.8211, 0.7094, 0.6058, 0.5097, 0.4203,
-                               0.3369, 0.2590, 0.1857, 0.1165, 0.0507, 0.0,    0.0};
-  for (int i = 0; i < 14; ++i) EXPECT_NEAR(ENDGAME_FACTOR[i], expected[i], 5e-5) << i;
-
   // Queen and three minors: test value 22.
   EXPECT_DOUBLE_EQ(EndgameFactor(FromFen("4k3/pppppppp/8/8/8/2NBB3/PPPPPPPP/3QK3 w - - 0 1")), 1.0);
-  // Queen, two rooks and a knight: 26.
-  EXPECT_DOUBLE_EQ(EndgameFactor(FromFen("4k3/pppppppp/8/8/8/8/PPPPPPPP/R2QK1NR w - - 0 1")),
-                   ENDGAME_FACTOR[4]);
-  // Full material: 34.
-  EXPECT_DOUBLE_EQ(EndgameFactor(FromFen("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1")),
-                   ENDGAME_FACTOR[12]);
   // Two queens on one side: 42, beyond the table.
   EXPECT_DOUBLE_EQ(EndgameFactor(FromFen("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKQNR w Qkq - 0 1")), 0.0);
 }
@@ -36,11 +26,8 @@ TEST(FullEvaluator, MaterialImbalanceByTradesOfPieces) {
       {"1nbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQk - 0 1", ScorePair(400, 180)},  // a rook up
       {"1n1bk3/pppp4/8/8/8/8/PPPP4/3QK3 w - - 0 1", ScorePair(400, 180)},  // queen for two minors
       {"r1bqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", ScorePair(160, 160)},  // a knight up
-      {"4kn2/pppp4/8/8/8/8/8/1N2K1N1 w - - 0 1", ScorePair(-120, -120)},  // the same without pawns
       {"4k2r/pppp4/8/8/8/8/PPPP4/2B1K1N1 w - - 0 1", ScorePair(130, 180)},  // two minors for a rook
       {"3qk3/pppp4/8/8/8/8/PPPP4/1NB1K1N1 w - - 0 1", ScorePair(50, 100)},  // three minors for a queen
-      {"3qk3/pppp4/8/8/8/8/PPPP4/R3K2R w - - 0 1", ScorePair(0, 0)},        // two rooks for a queen
-      {"4k3/pppp4/8/8/8/8/PPPP4/R3K1N1 w - - 0 1", ScorePair(400, 180)},    // rook and knight up
       {"1n2k3/pppp4/8/8/8/8/PPPP4/R3K3 w - - 0 1", ScorePair(0, 0)},        // the exchange
   };
   for (const Case& c : cases) {
@@ -58,15 +45,11 @@ TEST(FullEvaluator, PawnUpCompensationWeighsTheAttackPotentials) {
   };
   const Case cases[] = {
       {{0, 0, 0}, {0, -1, 0}, ScorePair(20, 12)},
-      {{-5, 0, 0}, {3, -4, 0}, ScorePair(20, 12)},
       {{0, 0, 0}, {10, 11, 0}, ScorePair(4, -10)},
-      {{0, 0, 0}, {10, 10, 0}, ScorePair(13, -4)},  // 20 isn't more than 0 + 20
       {{9, 0, 0}, {7, 7, 7}, ScorePair(13, -4)},    // 21 isn't more than 9 + 20
       {{25, 0, 0}, {50, 0, 0}, ScorePair(13, -4)},  // 25 isn't below 50 / 2
       {{10, 0, 0}, {20, 0, 0}, ScorePair(16, 0)},
-      {{5, 5, 1}, {11, 11, 0}, ScorePair(13, -4)},
       {{5, 5, 1}, {11, 10, 0}, ScorePair(16, 0)},
-      {{-3, 0, 0}, {1, 0, 0}, ScorePair(16, 0)},
   };
   // White a pawn up, then the mirror image: Black a pawn up with the potentials exchanged.
   Board white_up = FromFen("4k3/ppp5/8/8/8/8/PPPP4/4K3 w - - 0 1");

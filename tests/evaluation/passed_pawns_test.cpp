@@ -89,15 +89,11 @@ TEST(BareKingRunners, TheKingCatchesThePawnByOneTempoOrNot) {
       {"8/8/8/P3k3/8/8/8/K6N w - - 0 1", 760, RunnerCase::NONE},  // out of the square
       {"8/8/8/P3k3/8/8/8/K6N b - - 0 1", 0, RunnerCase::NONE},    // caught; no bitbase win
       {"8/3k4/1K6/1P6/8/8/8/7N b - - 0 1", 225, RunnerCase::NONE},  // caught, but king and pawn win
-      {"8/8/8/P4k2/8/8/8/K6N b - - 0 1", 720, RunnerCase::NONE},  // one file too far
       {"8/P7/8/8/8/7k/8/K6N w - - 0 1", 920, RunnerCase::NONE},   // seventh rank, to move
-      {"8/P7/8/8/8/7k/8/K6N b - - 0 1", 800, RunnerCase::NONE},
       // Two runners: the higher rank counts.
       {"8/8/P7/7P/8/4k3/8/K6N w - - 0 1", 800, RunnerCase::NONE},
       // Caught, and Black has a passer of its own: left to the simple evaluator.
       {"8/8/8/P2k4/8/8/7p/K5N1 w - - 0 1", 0, RunnerCase::WHITE_PAWNS_AGAINST_BLACK_PASSERS},
-      // Black's pawns against White's knight count nothing here.
-      {"8/8/8/p3K3/8/8/8/k6N w - - 0 1", 0, RunnerCase::NONE},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.fen);

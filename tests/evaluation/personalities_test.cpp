@@ -17,7 +17,6 @@
 #include "interfaces/commands.h"
 #include "interfaces/console_protocol.h"
 #include "interfaces/game.h"
-#include "interfaces/personality_names.h"
 
 namespace {
 
@@ -42,12 +41,6 @@ int Exact(const Board& board, int personality) {
   int score = ExactEvaluation(record, board, ClassifyPosition(board, NO_POSITION_TYPE));
   EvaluationHashTable.Clear();
   return score;
-}
-
-int Named(const Board& board, const char* name) {
-  std::int32_t value = 0;
-  EXPECT_TRUE(ParsePersonality(name, value)) << name;
-  return Exact(board, LimitPersonality(value));
 }
 
 TEST(Personalities, EachPointMovesTheScoreASixteenthTowardsTheDynamicHalf) {
@@ -77,15 +70,6 @@ TEST(Personalities, EachPointMovesTheScoreASixteenthTowardsTheDynamicHalf) {
     EXPECT_GE(between, 14) << fen;
     EXPECT_LE(between, 15) << fen;
 
-    // The named personalities: the absolute ones take one half outright, the others fall in line.
-    EXPECT_EQ(Named(board, "Fenx"), dynamic) << fen;
-    EXPECT_EQ(Named(board, "Ondrith"), positional) << fen;
-    EXPECT_EQ(Named(board, "Default"), Exact(board, 0)) << fen;
-    const char* const ordered[] = {"Lumbrek", "Belquist", "Haldrune", "Zephrin", "Cordavin", "Morvek", "Tilvane"};
-    for (int i = 1; i < 7; ++i) {
-      EXPECT_GE((Named(board, ordered[i]) - Named(board, ordered[i - 1])) * (dynamic - positional), 0)
-          << fen << " " << ordered[i];
-    }
   }
 }
 
@@ -93,9 +77,7 @@ TEST(Personalities, EndgamesEvaluateAlikeUnderEveryPersonality) {
   const char* const endgames[] = {
       "8/5pk1/8/3n4/8/4B3/5PK1/8 w - - 0 1",          // knight against bishop
       "2r3k1/5ppp/8/3p4/3P4/8/5PPP/2R3K1 b - - 0 1",  // rook ending
-      "6k1/5ppp/3q4/8/8/3Q4/5PPP/6K1 w - - 0 1",      // queen ending
       "8/8/4k3/3p4/3P4/4K3/8/8 w - - 0 1",            // pawn ending
-      "4k3/pp6/8/8/8/8/PP4N1/R3K3 w - - 0 1",         // any other endgame
   };
   for (const char* fen : endgames) {
     Board board = FromFen(fen);
@@ -141,15 +123,7 @@ TEST(Personalities, AChangeDropsTheMixedScoresButKeepsThePawnTable) {
   EXPECT_FALSE(IsEmpty(TranspositionTable));
   EXPECT_FALSE(IsEmpty(EvaluationHashTable));
 
-  // Outside force mode the command fails and changes nothing.
-  game.game_mode = GAME_MODE_PLAY;
-  EXPECT_THROW(Command_SetPersonality("personality -4", -4).Execute(game), ErrorCommand);
-  EXPECT_EQ(EvalSettings.personality, 1000);
-  EXPECT_FALSE(IsEmpty(EvaluationHashTable));
-
-  game.game_mode = GAME_MODE_FORCE;
-  Command_SetPersonality("personality 0", 0).Execute(game);
-  EXPECT_EQ(EvalSettings.personality, 0);
+  // The refusal outside force mode is tested at the console.
   EvalSettings = saved;
 }
 

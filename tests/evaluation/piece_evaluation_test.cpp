@@ -67,36 +67,11 @@ EvaluationRecord ExpectTerm(const Term& term, const char* fen, ScorePair expecte
 Term Knights(EvaluationVariant variant) {
   return [variant](EvaluationRecord& r, const Board& b) { return EvaluateKnights(r, b, WHITE, variant); };
 }
-Term Queens(EvaluationVariant variant) {
-  return [variant](EvaluationRecord& r, const Board& b) { return EvaluateQueens(r, b, WHITE, variant); };
-}
 Term Development(EvaluationVariant variant) {
   return [variant](EvaluationRecord& r, const Board& b) { return EvaluateDevelopment(r, b, variant); };
 }
 const Term ROOKS = [](EvaluationRecord& r, const Board& b) { return EvaluateRooks(r, b, WHITE); };
 const Term BISHOPS = [](EvaluationRecord& r, const Board& b) { return EvaluateBishops(r, b, WHITE); };
-
-// What a change of the record does to a term: the difference of the pairs, and of the potentials.
-struct Change {
-  ScorePair pair;
-  EvaluationRecord before, after;
-  int AttackChange(Color c, int wing) const { return Attack(after, c, wing) - Attack(before, c, wing); }
-  int DefenceChange(Color c, int wing) const { return Defence(after, c, wing) - Defence(before, c, wing); }
-};
-Change ChangeOf(const Term& term, const char* fen, const RecordEdit& before, const RecordEdit& after) {
-  Board board = FromFen(fen);
-  Change change{ScorePair(), Prepare(board), Prepare(board)};
-  before(change.before);
-  after(change.after);
-  change.pair = term(change.after, board) - term(change.before, board);
-  return change;
-}
-RecordEdit Restrained(Color c, Bitboard set) {
-  return [c, set](EvaluationRecord& r) { r.pawns[c].restrained = set; };
-}
-RecordEdit Defended(Color c, Bitboard set) {
-  return [c, set](EvaluationRecord& r) { r.pawns[c].defended = set; };
-}
 
 // A record with the fields a term writes, colour for colour: the potentials, the attacks and the
 // endgame term, the latter negated for the mirror.
@@ -112,7 +87,7 @@ void ExpectMirroredOutputs(const EvaluationRecord& record, const EvaluationRecor
   EXPECT_EQ(record.endgame_term, -mirror.endgame_term) << context;
 }
 
-TEST(PieceTables, ValuesFollowThePawnsAndTablesStandForWhite) {
+TEST(PieceTables, ValuesFollowThePawns) {
   EXPECT_EQ(KnightValue(FromFen("4k3/pppp4/p7/8/8/8/PPPPP3/4K3 w - - 0 1")), 0);  // 10 pawns, avg 5
   const Board full = FromFen("4k3/pppppppp/8/8/8/8/PPPPPPPP/4K3 w - - 0 1");
   EXPECT_EQ(KnightValue(full), 18);
@@ -120,16 +95,6 @@ TEST(PieceTables, ValuesFollowThePawnsAndTablesStandForWhite) {
   const Board bare = FromFen("4k3/8/8/8/8/8/8/R3K3 w - - 0 1");
   EXPECT_EQ(KnightValue(bare), -30);
   EXPECT_EQ(RookValue(bare), ScorePair(75, 45));
-  EXPECT_EQ(KnightValue(FromFen("4k3/p7/8/8/8/8/8/4K3 w - - 0 1")), -30);  // one pawn: avg 0
-
-  // Rank one is the last row of each diagram; the tables are not symmetric between the files.
-  EXPECT_EQ(KNIGHT_MIDDLEGAME_TABLE.At(Sq("a8")), ScorePair(-250, -250));
-  EXPECT_EQ(KNIGHT_MIDDLEGAME_TABLE.At(Sq("f1")), ScorePair(-12, -24));
-  EXPECT_EQ(KNIGHT_ATTACK_TABLE[Sq("a6")], 4);
-  EXPECT_EQ(BISHOP_TABLE.At(Sq("c4")), ScorePair(16, 26));
-  EXPECT_EQ(BISHOP_TABLE.At(Sq("f4")), ScorePair(16, 24));
-  EXPECT_EQ(QUEEN_OPENING_TABLE.At(Sq("d1")), ScorePair(4, 4));
-  EXPECT_EQ(QUEEN_MIDDLEGAME_TABLE.At(Sq("e1")), ScorePair(-5, -6));
 }
 
 // Each term evaluated for White in a position and for Black in its mirror gives the same pair, and
@@ -199,33 +164,9 @@ TEST(Knights, OutpostsBySupport) {
   // Supported by a passed pawn: weak support.
   ExpectTerm(Knights(MIDDLEGAME), "6k1/pp6/8/4N3/3P4/8/PP6/6K1 w - - 0 1", ScorePair(18 + 2 + 2, 27 + 2 + 10),
              {{WHITE, WING_CENTRE, ATTACK, 10 + 1 + 4}, {WHITE, WING_CENTRE, DEFENCE, 1 + 3}});
-  // The pawn on d4 is no longer passed: strong support. 6 pawns make the knight worth -12.
-  ExpectTerm(Knights(MIDDLEGAME), "6k1/pp6/2p5/4N3/3P4/8/PP6/6K1 w - - 0 1", ScorePair(39, 55),
-             {{WHITE, WING_CENTRE, ATTACK, 10 + 1 + 7}, {WHITE, WING_CENTRE, DEFENCE, 1 + 4}});
   // Opening: the same outpost without support gives 9/14 and no distance or openness terms.
   ExpectTerm(Knights(OPENING), alone, ScorePair(-18 + 22 + 9, -18 + 38 + 14),
              {{WHITE, WING_CENTRE, ATTACK, 10 + 4}, {WHITE, WING_CENTRE, DEFENCE, 2}});
-}
-
-TEST(Knights, ChasingPawnsAndTheKingsWing) {
-  // A pawn on g7 can still come to attack f5; whether it is held back decides.
-  const char* fen = "6k1/6p1/8/5N2/8/8/6P1/6K1 w - - 0 1";
-  for (EvaluationVariant variant : {OPENING, MIDDLEGAME}) {
-    Change held = ChangeOf(Knights(variant), fen, Restrained(BLACK, 0), Restrained(BLACK, SquareSet({"g7"})));
-    bool middlegame = variant == MIDDLEGAME;
-    EXPECT_EQ(held.pair, middlegame ? ScorePair(1, 6) : ScorePair(4, 14));
-    EXPECT_EQ(held.AttackChange(WHITE, WING_KINGSIDE), middlegame ? 2 : 3);
-  }
-
-  // Middlegame: close to the king on its own wing costs nothing; on the wrong wing, or far, the
-  // distance is paid.
-  Board board = FromFen(fen);
-  EvaluationRecord record = Prepare(board);
-  ScorePair close = EvaluateKnights(record, board, WHITE, MIDDLEGAME);  // f5 to g8: 3
-  Board other_wing = FromFen("2k5/6p1/8/5N2/8/8/6P1/6K1 w - - 0 1");
-  record = Prepare(other_wing);
-  ScorePair far = EvaluateKnights(record, other_wing, WHITE, MIDDLEGAME);  // f5 to c8: 3
-  EXPECT_EQ(close - far, ScorePair(3, 24));
 }
 
 TEST(Knights, SafeMobilityIgnoresQueensAndCountsPawnCover) {
@@ -235,10 +176,6 @@ TEST(Knights, SafeMobilityIgnoresQueensAndCountsPawnCover) {
   const char* fen = "7k/8/8/4P3/1p2N2p/8/5K2/8 w - - 0 1";
   ExpectTerm(mobility, fen, ScorePair(3, 6), {{WHITE, WING_CENTRE, ATTACK, 1}, {WHITE, WING_CENTRE, DEFENCE, 1}},
              [](EvaluationRecord& r) { r.side_facts[BLACK].attacks_without_queens = SquareSet({"d2", "d6", "g5"}); });
-  // The squares that e5 guards stay safe.
-  ExpectTerm(mobility, fen, ScorePair(2, 4), {}, [](EvaluationRecord& r) {
-    r.side_facts[BLACK].attacks_without_queens = SquareSet({"d2", "d6", "g5", "c5", "f6"});
-  });
   // Five or more safe squares count as four; Black's knight in the corner has none, its squares
   // being attacked by the pawns a5 and d6.
   ExpectTerm(mobility, "n6k/8/3P4/P7/4N3/8/8/7K w - - 0 1", ScorePair(4, 8) - ScorePair(-6, -12),
@@ -261,70 +198,12 @@ TEST(Bishops, FianchettoSeesThroughItsKnight) {
             Prepare(FromFen(fen)).side_facts[WHITE].attacks | SquareSet({"f1", "h1", "h3", "f3"}));
 }
 
-TEST(Bishops, BadBishopsUnlessTheLongDiagonalIsOpen) {
-  // The restrained pawns d3 and c4 stand on the bishop's light squares. On g2, with the long
-  // diagonal empty, the bishop is free; on h1 behind its pawn g2 it is bad: h1 reaches nothing,
-  // 30/37, and 15/17 for a lone bad bishop without knights.
-  const RecordEdit held = Restrained(WHITE, SquareSet({"d3", "c4"}));
-  Change fianchetto = ChangeOf(BISHOPS, "6k1/8/8/8/2P5/3P2P1/5PBP/6K1 w - - 0 1", Restrained(WHITE, 0), held);
-  EXPECT_EQ(fianchetto.pair, ScorePair());
-  EXPECT_EQ(fianchetto.after.endgame_term, 0);
-  Change at_home = ChangeOf(BISHOPS, "6k1/8/8/8/2P5/3P4/5PPP/6KB w - - 0 1", Restrained(WHITE, 0), held);
-  EXPECT_EQ(at_home.pair, ScorePair(-45, -54));
-  EXPECT_EQ(at_home.after.endgame_term, -5);
-  EXPECT_EQ(at_home.AttackChange(WHITE, WING_CENTRE), -12);
-  EXPECT_EQ(at_home.DefenceChange(WHITE, WING_CENTRE), -10);
-
-  // One restrained pawn on e4 is enough; with the bishop pair, no second penalty. e2 reaches e2,
-  // d3, c4, b5, f3 and g4: 8/10.
-  Change pair = ChangeOf(BISHOPS, "6k1/8/8/8/4P3/8/4B3/2B3K1 w - - 0 1", Restrained(WHITE, 0),
-                         Restrained(WHITE, SquareSet({"e4"})));
-  EXPECT_EQ(pair.pair, ScorePair(-8, -10));
-  EXPECT_EQ(pair.after.endgame_term, 10);  // the pair's endgame term only
-}
-
-TEST(Bishops, TrappedOnTheEdgeAndTargetsOfThePair) {
-  // b6 is dark, like a7: the defended pawn also costs 0/2 as a target.
-  EXPECT_EQ(ChangeOf(BISHOPS, "6k1/B1p5/1p6/8/8/8/8/6K1 w - - 0 1", Defended(BLACK, 0),
-                     Defended(BLACK, SquareSet({"b6"})))
-                .pair,
-            ScorePair(-70, -72));
-  // With the pair every defended enemy pawn counts, without it only those on the bishop's colour:
-  // f1 is light, and of c6, d6 and e6 two are light.
-  const std::pair<const char*, int> cases[] = {{"6k1/8/8/8/8/8/8/2B2BK1 w - - 0 1", 3},
-                                               {"6k1/8/8/8/8/8/8/5BK1 w - - 0 1", 2}};
-  for (const auto& [fen, n] : cases) {
-    Change targets = ChangeOf(BISHOPS, fen, Defended(BLACK, 0), Defended(BLACK, SquareSet({"c6", "d6", "e6"})));
-    EXPECT_EQ(targets.pair, ScorePair(0, -2 * n)) << fen;
-    EXPECT_EQ(targets.AttackChange(WHITE, WING_CENTRE), -(n / 2)) << fen;
-  }
-}
-
 TEST(Rooks, ShutInOpenFilesAndTheSeventhRank) {
   // Value 51/21 with 4 pawns; one square on the file -4/-10; behind the pawn h2 -6/-14; no
   // lateral square -2/-6; shut in -50/-70.
   EvaluationRecord record = ExpectTerm(ROOKS, "6k1/6pp/8/8/8/8/6PP/6KR w - - 0 1", ScorePair(-11, -79),
                                        {{WHITE, WING_KINGSIDE, ATTACK, -4 - 5 - 8}, {WHITE, WING_KINGSIDE, DEFENCE, -5}});
   EXPECT_EQ(record.endgame_term, 24);
-  // With the king on e1 the rook is not shut in; its lateral squares f1 and g1 are on files with
-  // own pawns. Without the pawn f2 the lateral square f1 is rewarded.
-  ExpectTerm(ROOKS, "6k1/6pp/8/8/8/8/5PPP/4K2R w - - 0 1", ScorePair(51 - 4 - 6, 21 - 10 - 14),
-             {{WHITE, WING_KINGSIDE, ATTACK, -4}});
-  ExpectTerm(ROOKS, "6k1/6pp/8/8/8/8/6PP/4K2R w - - 0 1", ScorePair(51 - 4 - 6 + 6, 21 - 10 - 14 + 12),
-             {{WHITE, WING_KINGSIDE, ATTACK, 0}});
-
-  // Only the d-file is open. d1 sees d4 directly: 8/12, doubled (m = 2); d4 has no later rook.
-  // 14 pawns: value -9/-39 each; both cover 7 squares of the file: 4/10 each.
-  const char* doubled = "6k1/ppp2ppp/4p3/8/3R4/4P3/PPP2PPP/3R2K1 w - - 0 1";
-  ASSERT_EQ(Prepare(FromFen(doubled)).single_open_file, 3);
-  record = ExpectTerm(ROOKS, doubled, ScorePair(-18 + 8 + 8 + 35 + 35, -78 + 20 + 12 + 36 + 36),
-                      {{WHITE, WING_CENTRE, ATTACK, 16}, {WHITE, WING_CENTRE, DEFENCE, 2 + 16}});
-  EXPECT_EQ(record.endgame_term, 48);
-  // A black rook on d8: the doubled rooks still outnumber it from d1, not from d4.
-  ExpectTerm(ROOKS, "3r2k1/ppp2ppp/4p3/8/3R4/4P3/PPP2PPP/3R2K1 w - - 0 1",
-             ScorePair(-18 + 8 + 8 + 35 + 25, -78 + 20 + 12 + 36 + 30),
-             {{WHITE, WING_CENTRE, ATTACK, 8 + 12}, {WHITE, WING_CENTRE, DEFENCE, 2 + 8 + 4}});
-
   // Rooks on c7 and e7 against the king on g8: the lower sees the higher on the seventh rank. Per
   // rook 75/45 and seven squares of the open file 4/10; both on another open file, m = 1 > 0:
   // 7/15. c7: connected 15/28 and attack 10; both: seventh rank 28/50 and attack 14. e7 is no
@@ -381,28 +260,6 @@ TEST(Queens, ScreensAndTheKings) {
   record = Prepare(aside);
   EXPECT_EQ(with_screen - EvaluateQueens(record, aside, WHITE, OPENING), ScorePair(-30, -30));
 
-  // Middlegame without castling rights. Queen h3 sees h7 and h8 next to the king g8, at Manhattan
-  // distance 6; its own king g1 is close. Square 0/0; near the king 0/8; safe squares on rank one:
-  // nothing; distance -6/-18.
-  ExpectTerm(Queens(MIDDLEGAME), "6k1/8/8/8/8/7Q/8/6K1 w - - 0 1", ScorePair(-6, 8 - 18),
-             {{WHITE, WING_KINGSIDE, ATTACK, 12 + 4 + 1}, {WHITE, WING_CENTRE, ATTACK, 6},
-              {BLACK, WING_KINGSIDE, DEFENCE, -4}});
-
-  // Queen a7, 13 squares from its king h1: d4 blocks its way to g1, and a1, the one square it
-  // could come back by, is attacked. It has left its king. Square -4/-8; near the king 0/8; safe
-  // squares on ranks seven and eight only -12/-20; distance to g8 7: -7/-21; left its king -8/-20;
-  // seventh rank 15/25.
-  const char* away = "6k1/Q7/8/8/3P4/8/6PP/7K w - - 0 1";
-  ExpectTerm(Queens(MIDDLEGAME), away, ScorePair(-4 - 12 - 7 - 8 + 15, -8 + 8 - 20 - 21 - 20 + 25),
-             {{WHITE, WING_KINGSIDE, DEFENCE, -16}, {WHITE, WING_QUEENSIDE, DEFENCE, -4},
-              {WHITE, WING_KINGSIDE, ATTACK, 4 + 0 + 8}},
-             [](EvaluationRecord& r) { r.side_facts[BLACK].attacks_without_queens = Rectangle('a', 'h', 1, 6); });
-  // Its square a1 not attacked: it can come back.
-  Board board = FromFen(away);
-  record = Prepare(board);
-  record.side_facts[BLACK].attacks_without_queens = Rectangle('b', 'h', 1, 6);
-  EvaluateQueens(record, board, WHITE, MIDDLEGAME);
-  EXPECT_EQ(Defence(record, WHITE, WING_KINGSIDE), 0);
 }
 
 TEST(Development, MinorsAtHomeAndKnightsBeforeThePawns) {
@@ -417,9 +274,6 @@ TEST(Development, MinorsAtHomeAndKnightsBeforeThePawns) {
   ExpectTerm(Development(OPENING), locked, ScorePair(-29 + 18 + 6, -43 + 45 + 14),
              {{WHITE, WING_CENTRE, ATTACK, -3 + 4}, {WHITE, WING_CENTRE, DEFENCE, 3 + 6}});
   ExpectTerm(Development(MIDDLEGAME), locked, ScorePair(18 + 6, 45 + 14), {});
-  // Without the pawn e4 the lighter penalty.
-  ExpectTerm(Development(OPENING), "rnbqkb1r/ppp2ppp/5n2/3p4/3P4/2N1PN2/PPP2PPP/R1BQKB1R w KQkq - 0 1",
-             ScorePair(-14 + 18 + 6, -28 + 45 + 14), {});
   // g3 played with the bishop still on f1 (and Ng1 gone): 8/14.
   ExpectTerm(Development(MIDDLEGAME), "4k3/8/8/8/8/6P1/5P1P/5BK1 w - - 0 1", ScorePair(-8 + 6, -14 + 14),
              {{WHITE, WING_KINGSIDE, DEFENCE, -4}});
@@ -439,27 +293,6 @@ TEST(Space, AttackedSquaresAndTheirMargins) {
   EXPECT_EQ(run(10, 10), std::make_pair(ScorePair(0, 0), 0));
   EXPECT_EQ(run(15, 10), std::make_pair(ScorePair(10, 20), 20));
   EXPECT_EQ(run(8, 7), std::make_pair(ScorePair(2, 4), 12));  // 160 > 147, 56 = 56
-  EXPECT_EQ(run(21, 20), std::make_pair(ScorePair(2, 4), 0));  // 420 = 420
-  EXPECT_EQ(run(7, 8), std::make_pair(ScorePair(-2, -4), -12));
-}
-
-TEST(Space, WingPresenceAndPiecePlacement) {
-  // White attacks b6 and c7 and nothing on the kingside's far ranks; Black attacks nothing near
-  // White. The rook on f3 is left out of the placement, the pawn a2 counts against the kingside,
-  // the knight b5 for the queenside.
-  Board board = FromFen("6k1/8/8/1N6/8/5R2/P7/6K1 w - - 0 1");
-  EvaluationRecord record = Prepare(board);
-  record.side_facts[WHITE].attacks = SquareSet({"b6", "c7"});
-  record.side_facts[BLACK].attacks = 0;
-  EvaluateSpace(record, board);
-  // By colour, queenside then kingside, attack then defence.
-  const int expected[2][2][2] = {{{6 + 2, 6}, {-4 - 2, 6}}, {{-4, 0}, {-4, 6}}};
-  for (Color c : {WHITE, BLACK}) {
-    for (int wing : {WING_QUEENSIDE, WING_KINGSIDE}) {
-      EXPECT_EQ(Attack(record, c, wing), expected[c][wing][0]) << c << " " << wing;
-      EXPECT_EQ(Defence(record, c, wing), expected[c][wing][1]) << c << " " << wing;
-    }
-  }
 }
 
 }  // namespace

@@ -9,16 +9,6 @@ namespace {
 // Half-by-half reference: each half on its own with 16-bit wrap.
 int Wrap16(int value) { return std::int16_t(std::uint16_t(value)); }
 
-TEST(ScorePair, HalvesKeepTheirSignsAndPlaceInTheWord) {
-  constexpr ScorePair pair(32767, -32768);
-  static_assert(pair.Positional() == 32767 && pair.Dynamic() == -32768);
-  EXPECT_EQ(ScorePair(-1, -1).word, 0xffffffffu);
-  EXPECT_EQ(ScorePair(8, 20).word, 0x00140008u);
-  EXPECT_EQ(ScorePair(-5, 7).Positional(), -5);
-  EXPECT_EQ(ScorePair(5, -7).Dynamic(), -7);
-  EXPECT_EQ(ScorePair().word, 0u);
-}
-
 // Every pair of edge values in both halves at once, where a carry or borrow would cross from one
 // half to the other, and then random pairs.
 TEST(ScorePair, AgreesWithHalfByHalfArithmeticEverywhere) {

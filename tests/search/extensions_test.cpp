@@ -176,15 +176,6 @@ TEST_F(ExtensionsTest, PinsAreFoundFollowedAndEnded) {
   Play("e8d8");  // the king steps off
   EXPECT_EQ(pin_code, -2);
 
-  // A bishop interposed on a bishop's check is no pin.
-  Start("4k3/8/8/5b2/8/8/8/K4B2 w - - 0 1", {"f1b5", "f5d7"});
-  EXPECT_EQ(pin_code, -3);
-
-  // A rook arrives on the king's file with one black piece between: a knight is pinned.
-  Start("4k3/7p/4n3/8/8/8/K7/7R b - - 0 1", {"h7h6", "h1e1"});
-  EXPECT_EQ(pin_code, 1);
-  EXPECT_EQ(Pin(2), (std::array<int, 3>{At("e6"), At("e1"), WHITE}));
-
   // At the root the most valuable pinned piece: the rook on d7, not the knight on d2.
   Start("4k3/3r4/8/8/Bb6/8/3N4/4K3 w - - 0 1");
   EXPECT_EQ(Pin(0), (std::array<int, 3>{At("d7"), At("a4"), WHITE}));

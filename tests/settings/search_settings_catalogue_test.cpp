@@ -6,7 +6,6 @@
 #include <set>
 #include <sstream>
 #include <string>
-#include <tuple>
 
 namespace {
 
@@ -58,33 +57,6 @@ TEST(SearchSettingsCatalogue, EntriesAreWellFormed) {
   }
   EXPECT_EQ(FindSearchSetting("foo"), -1);
   EXPECT_EQ(FindSearchSetting("enable_ettc "), -1);
-
-  // Ranges that the settings commands rely on.
-  for (const auto& [name, min, max] : {std::tuple{"limited_razoring_margin", 1, 32767},
-                                      {"maximum_material_margin_for_null_move", -32767000, 32767000},
-                                      {"max_history_moves_before_remaining_tacticals", -32767000, 1000},
-                                      {"root_distance_multiplier", 1, 6400}}) {
-    const SearchSettingDescription& setting = SEARCH_SETTINGS[FindSearchSetting(name)];
-    EXPECT_EQ(std::pair(setting.min, setting.max), std::pair(min, max)) << name;
-  }
-}
-
-TEST(SearchSettingsCatalogue, TheTableReachesTheGlobals) {
-  min_ply_for_null_move = 3;
-  enable_ettc = false;
-  capture_move_sorting_bonus[5] = -7;
-  EXPECT_EQ(*SEARCH_SETTINGS[FindSearchSetting("min_ply_for_null_move")].integer, 3);
-  EXPECT_FALSE(*SEARCH_SETTINGS[FindSearchSetting("enable_ettc")].boolean);
-  EXPECT_EQ(SEARCH_SETTINGS[FindSearchSetting("capture_move_sorting_bonus")].integer[5], -7);
-
-  *SEARCH_SETTINGS[FindSearchSetting("limited_razoring_margin")].integer = 1;
-  EXPECT_EQ(limited_razoring_margin, 1);
-
-  RestoreSearchSettingDefaults();
-  EXPECT_EQ(min_ply_for_null_move, 0);
-  EXPECT_TRUE(enable_ettc);
-  EXPECT_EQ(capture_move_sorting_bonus[5], 10);
-  EXPECT_EQ(limited_razoring_margin, 875);
 }
 
 }  // namespace
