@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <string>
 
 #include "bitbases/bitbase_probes.h"
 #include "board/move_generator.h"
@@ -35,7 +36,8 @@ TEST_P(LongestMate, IsTheKnownOne) {
 
 INSTANTIATE_TEST_SUITE_P(RetrogradeSolver, LongestMate,
                          ::testing::Values(std::pair{"kqk", 10}, std::pair{"krk", 16}, std::pair{"knk", 0},
-                                           std::pair{"kbbk", 19}, std::pair{"kbnk", 33}, std::pair{"kqkr", 35}));
+                                           std::pair{"kbbk", 19}, std::pair{"kbnk", 33}, std::pair{"kqkr", 35}),
+                         [](const auto& test) { return std::string(test.param.first); });
 
 // King and pawn against king agrees, position by position, with the project's own single-pawn
 // bitbase, which is solved independently: white wins exactly where the bitbase says so, and the
