@@ -284,6 +284,8 @@ bool PositionSquares(const SolvedEnding& ending, std::uint64_t number, Square* s
 }
 
 std::int8_t Probe(const SolvedEnding& ending, const Square* squares, Color side_to_move) {
+  for (int i = 1; i < ending.material.count; ++i)  // a pawn on its first or last rank has no number
+    if (ending.radix[i] == 48 && (squares[i] < 8 || squares[i] > 55)) return NO_POSITION;
   const int symmetry = NormalSymmetry(squares[0], ending.pawns);
   Square normal[MAX_MEN] = {};
   for (int i = 0; i < ending.material.count; ++i) normal[i] = Transform(squares[i], symmetry);

@@ -34,7 +34,8 @@ using EndingLibrary = std::map<std::string, SolvedEnding>;
 std::uint64_t PositionNumber(const SolvedEnding& ending, const Square* squares);
 // The squares of a position number; false when two men share a square.
 bool PositionSquares(const SolvedEnding& ending, std::uint64_t number, Square* squares);
-// The value of any position of the ending, mirrored into the normal region first.
+// The value of any position of the ending, mirrored into the normal region first; NO_POSITION
+// for a pawn on its first or last rank.
 std::int8_t Probe(const SolvedEnding& ending, const Square* squares, Color side_to_move);
 
 // Solves the named ending, after the endings its captures and promotions lead to, unless the
