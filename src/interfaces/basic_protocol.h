@@ -49,6 +49,9 @@ class BasicProtocol {
   virtual void ReportLine(const SearchReport& search);
   virtual void ReportDepth(int depth);
   virtual void ReportNewBestMove(const std::string& move);
+  // The first move fell below the window of its bisection: its value is at most the bound so far.
+  // Only protocols that show bounds report it.
+  virtual void ReportUpperBound(int, int) {}
   virtual void ReportSearchInstability();
   virtual void ShowSearchSummary(const SearchReport& search);
   // The end of a search when the front end keeps the game: the move found and the reply expected

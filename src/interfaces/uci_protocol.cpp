@@ -87,6 +87,10 @@ void UciProtocol::ReportNewBestMove(const std::string& move) {
             CoordinateLine({move}));
 }
 
+void UciProtocol::ReportUpperBound(int depth, int bound) {
+  WriteLine("info depth " + ToText(std::int32_t(depth)) + " score " + UciScoreText(bound) + " upperbound");
+}
+
 void UciProtocol::ReportSearchInstability() { WriteLogOnlyText("Search instability found!"); }
 
 void UciProtocol::ShowSearchSummary(const SearchReport& search) {

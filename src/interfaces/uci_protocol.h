@@ -31,6 +31,7 @@ class UciProtocol : public BasicProtocol {
   void ReportError(const std::string& text) override;
   void ShowPrompt(const Game&) override {}
   void ReportNewBestMove(const std::string& move) override;
+  void ReportUpperBound(int depth, int bound) override;
   void ReportSearchInstability() override;
   void ShowSearchSummary(const SearchReport& search) override;
   void ShowBestMove(Move move, Move ponder) override;

@@ -233,6 +233,7 @@ int Search::SearchRootMove(RootMove& root_move, int lower, int upper, int guess)
       ++run;
     } else {  // below g
       upper = value;
+      if (searching_pv_move && upper < guess - margin) ReportUpperBound(upper);
       if (run < -1) {
         step += (-run * step) / 10;
       } else if (run > 0) {
@@ -435,6 +436,10 @@ void Search::ReportDepth() {
 
 void Search::ReportLine() {
   if (owner != nullptr) owner->game->Protocol().ReportLine(Report());
+}
+
+void Search::ReportUpperBound(int bound) {
+  if (owner != nullptr) owner->game->Protocol().ReportUpperBound(depth, bound);
 }
 
 void Search::ReportNewBestMove(const std::string& text) {

@@ -117,6 +117,7 @@ class Search {
   void ReportDepth();
   void ReportLine();
   void ReportNewBestMove(const std::string& text);
+  void ReportUpperBound(int bound);
   void ReportSearchInstability();
   void ShowSearchSummary();
   void TellSearchFinished(bool stopped_by_command);

@@ -21,8 +21,8 @@ using Lines = std::vector<std::string>;
 // must be legal in `game` in UCI's form. Returns the best move.
 Move CheckSearchAnswer(const Lines& lines, const UserBoard& game) {
   static const std::regex info(
-      "info depth \\d+ score (cp|mate) -?\\d+( lowerbound)?( nodes \\d+( nps \\d+)? time \\d+)? pv"
-      "( [a-h][1-8][a-h][1-8][qrbn]?)+");
+      "info depth \\d+ score (cp|mate) -?\\d+( upperbound|( lowerbound)?( nodes \\d+( nps \\d+)? time \\d+)? pv"
+      "( [a-h][1-8][a-h][1-8][qrbn]?)+)");
   static const std::regex best("bestmove ([a-h1-8qrbn]+)( ponder ([a-h1-8qrbn]+))?");
   std::smatch match;
   if (lines.empty() || !std::regex_match(lines.back(), match, best)) {
