@@ -425,13 +425,16 @@ bool InList(const Move* first, const Move* last, Move move) {
 }
 
 // Internal iterative deepening: without a hash move, a shallower search of the same node finds one. Returns false if
-// the move it finds was already refuted by the enhanced transposition cutoff.
+// the move it finds was already refuted by the enhanced transposition cutoff. The inner search must be strictly
+// shallower: settings that would make it as deep or deeper (a threshold of 1 or less, a negative extra reduction)
+// would otherwise call the same node again without end, so such a node goes without.
 bool InternalIterativeDeepening(Node& n) {
   int min_depth = n.IsPv() ? min_depth_for_iid_if_searching_pv_move : min_depth_for_iid_if_not_searching_pv_move;
   if (n.hash_move != 0 || n.distance < min_depth) return true;
   int d = n.distance >= iid_critical_distance ? n.distance - iid_max_reduction : n.distance - iid_min_reduction;
   if (n.IsPv()) d -= iid_extra_reduction_if_not_searching_pv_move;
   d = std::max(d, 1);
+  if (d >= n.distance) return true;
   int flags = 0x63 | n.flags;
   if (skip_razoring_if_doing_iid) flags |= 0x08;
   if (skip_extended_futility_pruning_if_doing_iid) flags |= 0x10;

@@ -8,7 +8,9 @@
 
 #include "board/board_test_helpers.h"
 #include "hash/hash.h"
+#include "board/move_generator.h"
 #include "settings/search_settings.h"
+#include "settings/search_settings_catalogue.h"
 
 namespace {
 
@@ -187,6 +189,32 @@ TEST(BisectionSettled, StopsWithinTwentyUnlessDrawOrMateIsInside) {
   EXPECT_FALSE(BisectionSettled(31760, 31770, 0, value));  // mates are found exactly
   EXPECT_TRUE(BisectionSettled(40, 40, 0, value));
   EXPECT_EQ(value, 40);
+}
+
+// Every value inside a setting's declared range gives a working search: each setting at its
+// minimum and at its maximum, the others at their defaults, finds a legal move in a few positions.
+TEST_F(SearchTest, EverySettingAtEitherEndOfItsRangeSearches) {
+  const char* const positions[] = {
+      "r1bqkb1r/pppp1ppp/2n2n2/4p2Q/2B1P3/8/PPPP1PPP/RNB1K1NR w KQkq - 4 4",
+      "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1",
+      "8/5pk1/6p1/3P4/8/6P1/5P2/3r2K1 w - - 0 1",
+      "8/8/3k4/8/2PK4/8/8/8 w - - 0 1",
+  };
+  for (const SearchSettingDescription& setting : SEARCH_SETTINGS) {
+    for (int value : {setting.min, setting.max}) {
+      RestoreSearchSettingDefaults();
+      if (setting.boolean) *setting.boolean = value != 0;
+      for (int i = 0; setting.integer && i < setting.size; ++i) setting.integer[i] = value;
+      TranspositionTable.Clear();
+      for (const char* fen : positions) {
+        Run(fen, 3, {}, SEARCH_NORMAL, 100);  // depth 3 may be deep at the multiplier's maximum
+        UserBoard game;
+        game.SetFromFen(fen);
+        EXPECT_TRUE(IsLegalMove(game.Current(), search.best_move)) << setting.name << "=" << value << " " << fen;
+      }
+    }
+  }
+  RestoreSearchSettingDefaults();
 }
 
 }  // namespace
