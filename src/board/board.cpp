@@ -108,7 +108,10 @@ bool Board::Validate() const {
     Color c = i < 2 ? WHITE : BLACK;
     if (squares[kKing[i]] != MakePiece(c, KING) || squares[kRook[i]] != MakePiece(c, ROOK)) return false;
   }
-  return !IsOpponentInCheck(*this);
+  if (IsOpponentInCheck(*this)) return false;
+  // No move gives check with more than two men, and the move generator relies on it.
+  const Square king = sides[side_to_move].king_square;
+  return PopCount(Attackers(*this, king) & sides[side_to_move ^ 1].all) <= 2;
 }
 
 std::string Board::DisplayText(bool show_details) const {

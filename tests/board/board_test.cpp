@@ -68,6 +68,9 @@ TEST(Board, ValidateRefusesIllegalPositions) {
   EXPECT_FALSE(board.SetPosition(rook_check.squares, BLACK, 0, 0));
   EXPECT_TRUE(board.SetPosition(rook_check.squares, WHITE, 0, 0));
   EXPECT_TRUE(board.InCheck());
+  // Two checkers can arise in a game, three cannot (rooks h1 and a1, knight f3).
+  EXPECT_TRUE(board.SetPosition(rook_check.With({{21, -2}}).squares, WHITE, 0, 0));
+  EXPECT_FALSE(board.SetPosition(rook_check.With({{21, -2}, {0, -4}}).squares, WHITE, 0, 0));
 
   Placement pawns = base;
   for (Square s = 8; s < 22; ++s) pawns.squares[s] = 1;
