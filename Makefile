@@ -3,10 +3,13 @@
 BUILD ?= build
 SANITIZE_BUILD ?= build-sanitize
 COVERAGE_BUILD ?= build-coverage
+FUZZ_BUILD ?= build-fuzz
+FUZZ_SECONDS ?= 60
+FUZZ_TARGETS = commands fen pgn settings bitbases table
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 CMAKE_FLAGS ?= -DCMAKE_BUILD_TYPE=Release
 
-.PHONY: all build run test test-sanitize coverage bench deps clean
+.PHONY: all build run test test-sanitize coverage fuzz bench deps clean
 
 all: build
 
@@ -39,8 +42,17 @@ coverage: deps
 	@cd $(COVERAGE_BUILD) && ctest --output-on-failure -j $(JOBS) -E xboard_match
 	@gcovr -r . --object-directory $(COVERAGE_BUILD) --filter 'src/' --exclude-directories '.*/CMakeFiles/[0-9.]+$$' --print-summary -o $(COVERAGE_BUILD)/coverage.txt
 
+# The libFuzzer targets of tools/fuzz, built with clang and the sanitizers, each run for
+# FUZZ_SECONDS from its seed corpus; any crash, hang or sanitizer report fails.
+fuzz: deps
+	@bash .ci/install-deps clang libclang-rt-14-dev
+	@CC=clang CXX=clang++ cmake -S . -B $(FUZZ_BUILD) -DCMAKE_BUILD_TYPE=Debug -DZEPHRIN_FUZZ=ON -DZEPHRIN_TESTS=OFF \
+	  $$(command -v ccache >/dev/null && echo -DCMAKE_CXX_COMPILER_LAUNCHER=ccache) >/dev/null
+	@cmake --build $(FUZZ_BUILD) -j $(JOBS) --target $(addprefix fuzz_,$(FUZZ_TARGETS))
+	@bash tools/fuzz/run.sh $(FUZZ_BUILD) $(FUZZ_SECONDS) $(FUZZ_TARGETS)
+
 bench: build
 	@bash bench/run-benchmarks
 
 clean:
-	rm -rf $(BUILD) $(SANITIZE_BUILD) $(COVERAGE_BUILD)
+	rm -rf $(BUILD) $(SANITIZE_BUILD) $(COVERAGE_BUILD) $(FUZZ_BUILD)

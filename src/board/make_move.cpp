@@ -44,7 +44,6 @@ inline void CastlingRookSquares(Square king_to, Square& rook_from, Square& rook_
 
 inline bool IsCastlingTarget(Square to) { return to == 6 || to == 2 || to == 62 || to == 58; }
 
-inline bool IsUnitPiece(PieceType t) { return t >= KNIGHT && t <= QUEEN; }
 inline int MinorUnits(PieceType t) { return t == KNIGHT || t == BISHOP ? 3 : 0; }
 inline int MajorUnits(PieceType t) { return t == ROOK ? 1 : t == QUEEN ? 2 : 0; }
 

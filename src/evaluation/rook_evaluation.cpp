@@ -18,7 +18,6 @@ constexpr Bitboard CORNERS[2] = {SquareSet({"a1", "b1", "c1", "a2", "b2", "a3"})
                                  SquareSet({"f1", "g1", "h1", "g2", "h2", "h3"})};
 
 constexpr int RANK_SEVEN = 6;  // counted from 0
-constexpr int RANK_EIGHT = 7;
 
 enum class FileKind { OPEN, HALF_OPEN, BEHIND_PAWN, PAST_PAWN };
 
