@@ -266,6 +266,7 @@ bool EttcAllowed(const Node& n) {
 enum class EttcResult { CUTOFF, NO_CUTOFF, ANSWER };
 
 // Asks the table about every child before searching any: a child known to fail low is a cutoff.
+// The children's buckets are all requested from memory first, so that their latencies overlap.
 EttcResult EttcProbe(Node& n, int& answer) {
   GenerateResult generated = GenerateNodeMoves(n, answer);
   if (generated == GenerateResult::NO_LEGAL_MOVE) return EttcResult::ANSWER;
@@ -274,13 +275,18 @@ EttcResult EttcProbe(Node& n, int& answer) {
     n.threat |= THREAT_SINGLE_MOVE;
     return EttcResult::NO_CUTOFF;
   }
+  std::uint64_t keys[MAX_MOVES];
+  for (Move* i = n.list; i < n.end; ++i) {
+    keys[i - n.list] = n.board.KeyAfterMove(*i);
+    TranspositionTable.Prefetch(keys[i - n.list]);
+  }
   for (Move* i = n.list; i < n.end;) {
     Move move = *i;
     ++n.tree.local_nodes;
     Move child_move = 0;
     int child_type = 0, child_flags = 0;
-    ProbeResult r = TranspositionTable.ProbeEntry(n.board.KeyAfterMove(move), n.ply + 1, n.distance - 64,
-                                                  1 - n.gamma, child_move, child_type, child_flags);
+    ProbeResult r = TranspositionTable.ProbeEntry(keys[i - n.list], n.ply + 1, n.distance - 64, 1 - n.gamma,
+                                                  child_move, child_type, child_flags);
     if (r == PROBE_BELOW_GAMMA) {
       n.hash_move = move;
       if (child_move != 0 && n.ply + 1 < SEARCH_PLIES) UpdateKillers(n.tree.killers[n.ply + 1], child_move);
@@ -288,6 +294,7 @@ EttcResult EttcProbe(Node& n, int& answer) {
     }
     if (r == PROBE_AT_LEAST_GAMMA && ettc_should_remove_refuted_moves && move != n.hash_move) {
       *i = *--n.end;
+      keys[i - n.list] = keys[n.end - n.list];
       n.ettc_thinned = true;
       continue;
     }
@@ -576,6 +583,7 @@ int MoveLoop(Node& n) {
         !QuiescenceFilter(n.board, move, n.distance, n.gamma, n.type)) {
       continue;
     }
+    TranspositionTable.Prefetch(n.board.KeyAfterMove(move));
     int kinds = n.extension.kinds;
     int extended_distance = n.distance;
     if (enable_search_extensions) {
