@@ -45,6 +45,16 @@ int ProbeSinglePawn(const Board& board) {
   return board.side_to_move == colour ? score : -score;
 }
 
+BitbaseSlot TwoPawnsSlot(Square own_king, Square enemy_king, Square own_pawn, Square enemy_pawn) {
+  return {((PawnSlot(own_pawn) * 48 + (enemy_pawn - 8)) * 64 + own_king) * 16 + (enemy_king & 15),
+          (enemy_king >> 4) * 2};
+}
+
+BitbaseSlot RammedPawnSlot(int who, Square strong_king, Square weak_king, Square free, Square ram) {
+  return {((PawnSlot(ram) * 48 + (free - 8)) * 64 + strong_king) * 32 + (weak_king & 31),
+          who * 2 + (weak_king >> 5) * 4};
+}
+
 int TwoPawnsRawValue(Color who, Square white_king, Square black_king, Square white_pawn, Square black_pawn) {
   const Square own_pawn = who == WHITE ? white_pawn : black_pawn;
   Square m = who == WHITE ? 0 : FLIP_RANKS;
@@ -52,8 +62,8 @@ int TwoPawnsRawValue(Color who, Square white_king, Square black_king, Square whi
   const Square own_king = (who == WHITE ? white_king : black_king) ^ m;
   const Square enemy_king = (who == WHITE ? black_king : white_king) ^ m;
   const Square enemy_pawn = (who == WHITE ? black_pawn : white_pawn) ^ m;
-  const int byte = ((PawnSlot(own_pawn ^ m) * 48 + (enemy_pawn - 8)) * 64 + own_king) * 16 + (enemy_king & 15);
-  return ReadTwoBits(ZephrinBitbases::TwoPawnsData(), byte, (enemy_king >> 4) * 2);
+  const BitbaseSlot slot = TwoPawnsSlot(own_king, enemy_king, own_pawn ^ m, enemy_pawn);
+  return ReadTwoBits(ZephrinBitbases::TwoPawnsData(), slot.byte, slot.shift);
 }
 
 int ProbeTwoPawns(const Board& board) {
@@ -83,8 +93,8 @@ int ProbeRammedPawn(const Board& board) {
   ram ^= m;
   const int who = board.side_to_move == strong ? 0 : 1;
 
-  const int byte = ((PawnSlot(ram) * 48 + (free - 8)) * 64 + strong_king) * 32 + (weak_king & 31);
-  const int value = ReadTwoBits(ZephrinBitbases::RammedPawnData(), byte, who * 2 + (weak_king >> 5) * 4);
+  const BitbaseSlot slot = RammedPawnSlot(who, strong_king, weak_king, free, ram);
+  const int value = ReadTwoBits(ZephrinBitbases::RammedPawnData(), slot.byte, slot.shift);
   int score = 0;
   if (value == TABLE_WIN) score = TWO_PAWNS_WIN + 4 * RankOf(free);
   if (value == TABLE_LOSS) score = RAMMED_PAWN_LOSS + 4 * Tables.king_distance[weak_king][ram];

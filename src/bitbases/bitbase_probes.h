@@ -13,6 +13,17 @@ int ProbeTwoPawns(const Board& board);
 // loaded.
 int ProbeRammedPawn(const Board& board);
 
+// Where a position's two bits lie in a file table: the byte and the shift of the low bit.
+struct BitbaseSlot {
+  int byte;
+  int shift;
+};
+// A two-pawn position with the side to move's pawn on files a to d and its own side as White's.
+BitbaseSlot TwoPawnsSlot(Square own_king, Square enemy_king, Square own_pawn, Square enemy_pawn);
+// A rammed-pawn position with the two pawns' side as White, its rammed pawn on files a to d; `who`
+// is 0 with that side to move, else 1.
+BitbaseSlot RammedPawnSlot(int who, Square strong_king, Square weak_king, Square free, Square ram);
+
 // The two bits of the two-pawn table for the position with `who` to move: 3 a win for the side to
 // move, 1 a loss, 0 a draw or a position that doesn't exist. The squares are those of the board;
 // the mirroring to the table's form is done here.

@@ -11,7 +11,10 @@
 #include "frame/input.h"
 #include "frame/tee_stream.h"
 #include "hash/hash.h"
+#include "bitbases/bitbase_files.h"
+#include "frame/time_stamp.h"
 #include "interfaces/basic_protocol.h"
+#include "interfaces/bitbase_jobs.h"
 #include "interfaces/console_protocol.h"
 #include "interfaces/edit_mode.h"
 #include "interfaces/game.h"
@@ -648,7 +651,66 @@ void Command_WritePGN::Execute(Game& game) {
 
 // --- Endgame database jobs ---
 
-void Command_Generate::Execute(Game&) { RaiseNotAvailableYet(*this); }
-void Command_Verify::Execute(Game&) { RaiseNotAvailableYet(*this); }
+namespace {
+
+// The jobs of a generate or verify command; an empty list prints what there is.
+std::vector<std::unique_ptr<AbstractJob>> JobsOf(const Command& command, const Game& game, const std::string& words,
+                                                 bool generation) {
+  if (words.empty()) return {};
+  RequireForceMode(command, game);
+  return generation ? MakeGenerationJobs(words, command.input) : MakeVerificationJobs(words, command.input);
+}
+
+std::int64_t MillisecondsSince(const TimeStamp& start) {
+  TimeStamp now;
+  Now(now);
+  return MillisecondsBetween(start, now);
+}
+
+}  // namespace
+
+// Each job makes one file; the bitbases are loaded again at the end, so that new files count at once.
+void Command_Generate::Execute(Game& game) {
+  const auto list = JobsOf(*this, game, jobs, true);
+  done = true;
+  if (list.empty()) {
+    Out << "List of available generation jobs:\n" << ALL_GENERATION_JOBS << "\n";
+    return;
+  }
+  for (const auto& job : list) {
+    TimeStamp start;
+    Now(start);
+    Out << job->description() << "...";
+    try {
+      if (job->execute()) Out << "skipped (file already exists)\n";
+      else Out << "done (" << double(MillisecondsSince(start)) * 0.001 << " sec)\n";
+    } catch (const AbstractJob::JobFailedException& failure) {
+      Out << "failed\n";
+      throw ErrorCommand(ErrorCommand::ERROR, failure.what(), input);
+    }
+  }
+  Out << "Generation finished. Reloading bitbases.\n";
+  LoadBitbases();
+}
+
+void Command_Verify::Execute(Game& game) {
+  const auto list = JobsOf(*this, game, jobs, false);
+  done = true;
+  if (list.empty()) {
+    Out << "List of available verification jobs:\n" << ALL_VERIFICATION_JOBS << "\n";
+    return;
+  }
+  TimeStamp start;
+  Now(start);
+  for (const auto& job : list) {
+    try {
+      job->execute();
+    } catch (const AbstractJob::JobFailedException& failure) {
+      Out << "failed\n";
+      throw ErrorCommand(ErrorCommand::ERROR, failure.what(), input);
+    }
+  }
+  Out << "Verification finished (" << MillisecondsSince(start) << "ms total).\n";
+}
 
 }  // namespace ZephrinInterfaces
