@@ -21,6 +21,7 @@ build: deps
 	@cmake --build $(BUILD) -j $(JOBS)
 
 run: build
+	@bash tools/make-bitbases.sh $(BUILD)
 	@./$(BUILD)/zephrin
 
 test: build
