@@ -7,7 +7,9 @@ FUZZ_BUILD ?= build-fuzz
 FUZZ_SECONDS ?= 60
 FUZZ_TARGETS = commands fen pgn settings bitbases table
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
-CMAKE_FLAGS ?= -DCMAKE_BUILD_TYPE=Release
+# The engine is built for the machine that runs it; NATIVE=OFF builds one that runs on any x86-64.
+NATIVE ?= ON
+CMAKE_FLAGS ?= -DCMAKE_BUILD_TYPE=Release -DZEPHRIN_NATIVE=$(NATIVE)
 
 .PHONY: all build run test test-sanitize coverage fuzz bench deps clean
 
