@@ -4,7 +4,7 @@ unit test binary, runs the tests of the fault's subsystem and records whether a 
 
 Usage: tools/mutation/run.py [--work DIR] [--only ID,...] [OUTPUT]
 Each line of mutants.txt is `id @ file @ text @ replacement @ test group`; the text must occur exactly
-once in the file, and the group names the directory under tests/ whose test suites are run. The
+once in the file, and the group names the directory under tests/ whose test suites are run (several joined by +). The
 result table (id, caught or missed, the first failing tests) goes to OUTPUT, or to standard output.
 Only the unit test binary is rebuilt for each mutant, with ccache, in DIR (default build-mutation).
 Run it before and after changing tests: every mutant caught before must be caught after."""
@@ -27,9 +27,9 @@ def read_mutants(path):
 
 
 def group_filter(tree, group):
-    """The gtest filter of every suite defined in tests/GROUP, plain or parameterised."""
+    """The gtest filter of every suite defined in tests/GROUP (or GROUP+GROUP...), plain or parameterised."""
     suites = set()
-    for source in (tree / 'tests' / group).glob('*.cpp'):
+    for source in (s for g in group.split('+') for s in (tree / 'tests' / g).glob('*.cpp')):
         suites.update(re.findall(r'^\s*TEST(?:_F|_P)?\(\s*(\w+)\s*,', source.read_text(), re.M))
     return ':'.join(f'{s}.*:*/{s}.*' for s in sorted(suites))
 
