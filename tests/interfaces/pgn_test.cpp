@@ -241,11 +241,8 @@ TEST(Pgn, BadInputChangesNothing) {
       {"[FEN \"not a fen\"]\n1. e4 *", "input/output error"}};
   for (const auto& [text, error] : rows) EXPECT_EQ(ReadError(text), error) << text;
 
-  // Binary garbage, and a comment of a megabyte in words: at most 1000 characters of a comment
-  // are passed over, and what follows isn't a move.
-  std::string garbage;
-  for (int i = 0; i < 4096; ++i) garbage += char((i * 7919 + 13) % 256);
-  EXPECT_NE(ReadError(garbage), "no error");
+  // A comment of a megabyte in words: at most 1000 characters of a comment are passed over, and
+  // what follows isn't a move.
   // A comment without blanks is one word, however long, and ends with it.
   EXPECT_EQ(ReadText("1. e4 {" + std::string(1 << 20, 'x') + "} e5 *").NextMoves().size(), 2u);
   std::string words;

@@ -106,17 +106,7 @@ TEST_F(NalimovTables, VerdictOfTheTrackerFollowsTheTables) {
   }
 }
 
-// A path without tables: the reason for the tb command, and a flag left as it was.
-TEST_F(NalimovTables, PathWithoutTablesIsRefused) {
-  EXPECT_EQ(RegisterTablebases((directory_ / "empty").string()), 0);
-  try {
-    InitNalimovTablebases((directory_ / "empty").string(), 1 << 20);
-    FAIL();
-  } catch (const NalimovException& error) {
-    EXPECT_EQ(error.Text(), "Could not open tablebases. Is the path correct?");
-  }
-}
-
+// A path without tables is refused with its reason, the engine goes on and probes a real one.
 TEST_F(NalimovTables, TbCommandAndProbeEndToEnd) {
   Set(0, KqkIndex(0, At("b6"), At("h3"), At("a8")), 126);
   Write();
