@@ -19,15 +19,12 @@ TEST(ConsoleEndToEnd, PlainStartPromptsAndLeavesAtEndOfInput) {
 }
 
 TEST(ConsoleEndToEnd, AnswersAndRefusalsInTheProgramsWords) {
-  // The parser's refusals are tested on their own; here their form at the console, and refusals
-  // of the commands themselves.
-  const EngineRun run = RunEngine({}, "ping 7\n\n   \t\nlevel 40\nfoo bar\nhash foo 8M\nhash trans 8X\n"
-                                      "tb foo 8M path\nst -1\n");
+  // The parser's refusals and those of hash sizes are tested on their own; here their form at the
+  // console, and refusals of the commands themselves.
+  const EngineRun run = RunEngine({}, "ping 7\n\n   \t\nlevel 40\nfoo bar\ntb foo 8M path\nst -1\n");
   EXPECT_EQ(run.out, P + "pong 7\n" + P + "OK.\n" + P + "OK.\n" +
                          P + "Error (wrong number of arguments): level 40\n" +
                          P + "Error (unrecognized command): foo bar\n" +
-                         P + "Error (unknown hashtable type): hash foo 8M\n" +
-                         P + "Error (could not parse new size): hash trans 8X\n" +
                          P + "Error (could not parse type): tb foo 8M path\n" +
                          P + "Error (argument out of bounds): st -1\n" + P);
   EXPECT_EQ(run.status, 0);
@@ -48,16 +45,9 @@ TEST(ConsoleEndToEnd, UnsupportedAndIgnoredWords) {
 }
 
 TEST(ConsoleEndToEnd, SettingsThatNeedNothingElse) {
-  const EngineRun run =
-      RunEngine({}, "personality\nforce\npersonality 0\npersonality Default\nhash pawn 1M\nhash\nsd 3\nsd -3\n");
-  EXPECT_EQ(run.out, P + "Personality: Zephrin (0)\n" + P + P + P + P + P +
-                         "transposition table: 24.00 megabyte\n#total slots:    1048576\n#free  slots:    1048576\n"
-                         "fill percentage: 0.00%\n\n"
-                         "pawn hashtable: 896.00 kilobyte\n#total slots:    8192\n#free  slots:    8192\n"
-                         "fill percentage: 0.00%\n\n"
-                         "evaluation hashtable: 4.00 megabyte\n#total slots:    262144\n#free  slots:    262144\n"
-                         "fill percentage: 0.00%\n\n" +
-                         P + P + "Error (argument out of bounds): sd -3\n" + P);
+  // The status text of the hash tables is tested with them.
+  const EngineRun run = RunEngine({}, "personality\nforce\npersonality 0\npersonality Default\nsd 3\nsd -3\n");
+  EXPECT_EQ(run.out, P + "Personality: Zephrin (0)\n" + P + P + P + P + P + "Error (argument out of bounds): sd -3\n" + P);
   // The personality's name covers the values from its own towards 0; changing it needs force mode.
   const EngineRun personality = RunEngine(
       {}, "personality 5\nforce\npersonality 5\npersonality\npersonality 5000\npersonality\npersonality -20\n"
@@ -65,9 +55,6 @@ TEST(ConsoleEndToEnd, SettingsThatNeedNothingElse) {
   EXPECT_EQ(personality.out, P + "Error (must be in force mode): personality 5\n" + P + P + P + "Personality: Gremlow (5)\n" +
                                  P + P + "Personality: Fenx (1000)\n" + P + P + "Personality: Ondrith (-20)\n" + P + P +
                                  "Personality: Zephrin (0)\n" + P);
-  // Resizing needs force mode.
-  const EngineRun refused = RunEngine({}, "hash trans 8M\n");
-  EXPECT_EQ(refused.out, P + "Error (must be in force mode): hash trans 8M\n" + P);
 }
 
 TEST(ConsoleEndToEnd, GreetingsOnReturningToTheConsole) {

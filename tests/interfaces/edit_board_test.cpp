@@ -11,7 +11,7 @@ using namespace ZephrinInterfaces;
 
 namespace {
 
-constexpr Square A1 = 0, E1 = 4, H1 = 7, E4 = 28, E8 = 60, H8 = 63;
+constexpr Square A1 = 0, H1 = 7, E4 = 28;
 
 std::string FenOf(EditBoard& board) { return BoardToFen(board.Position(), 1); }
 
@@ -38,21 +38,8 @@ TEST(EditBoard, RightsSurviveUntilASquareChanges) {
   EXPECT_EQ(FenOf(no_rights), "r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1");
 }
 
-TEST(EditBoard, PiecesAreSetInTheChosenColour) {
-  EditBoard board(BLACK);
-  EXPECT_FALSE(board.IsValid());
-  EXPECT_THROW(board.Position(), EditBoard::invalid_position);
-  board.SetPiece(E1, KING);
-  board.black_pieces = true;
-  board.SetPiece(E8, KING);
-  board.SetPiece(H8, ROOK);
-  EXPECT_EQ(board.squares[E8], -KING);
-  EXPECT_EQ(FenOf(board), "4k2r/8/8/8/8/8/8/4K3 b k - 0 1");
-  board.Clear();
-  EXPECT_FALSE(board.IsValid());
-}
-
-// The refusal of a pawn on the first rank is tested through the program's edit mode.
+// Setting pieces in either colour, clearing and the refusal of a pawn on the first rank are tested
+// through the program's edit mode.
 TEST(EditBoard, IllegalPositionsAreRefused) {
   // Black in check with Black to move is legal; handing White the move isn't.
   EditBoard check{test_helpers::FromFen("4k3/8/8/8/8/8/8/3KR3 b - - 0 1")};

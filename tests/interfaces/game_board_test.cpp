@@ -61,15 +61,6 @@ TEST(GameEnd, MateStalemateAndDraws) {
   }
 }
 
-TEST(GameEnd, FinishedGameRefusesMoves) {
-  UserBoard resigned = GameFrom();
-  const Move e4 = test_helpers::Parse(resigned.Current(), "e4");
-  EXPECT_TRUE(resigned.Current().IsMoveLegal(e4));
-  resigned.SetResult(RESULT_BLACK_WINS, REASON_RESIGNATION);
-  EXPECT_FALSE(resigned.Current().IsMoveLegal(e4));
-  EXPECT_THROW(resigned.PlayMove(e4), UserBoard::invalid_move);
-}
-
 TEST(GameEnd, KeyHistoryStaysInsideItsStore) {
   // Far more reversible plies than the store holds, played past the end of the game the way the
   // record would if nothing stopped it: the history moves down and keeps the last 100 keys.
