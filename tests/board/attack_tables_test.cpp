@@ -1,5 +1,4 @@
 #include <set>
-#include <vector>
 
 #include <gtest/gtest.h>
 

@@ -4,7 +4,6 @@
 #include <array>
 #include <functional>
 #include <stdexcept>
-#include <string>
 #include <vector>
 
 #include "board/board.h"
