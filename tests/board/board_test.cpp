@@ -110,18 +110,4 @@ TEST(Board, CopiesRepairTheKeyHistory) {
   EXPECT_EQ(constructed.key_history, constructed.key_store + 12);
 }
 
-TEST(Board, DisplayDrawsTheDiagramAndDetails) {
-  const Board board = FromFen("4k3/8/8/8/8/8/4P3/4K3 b - - 0 1");
-  const std::string line = "    +---+---+---+---+---+---+---+---+\n";
-  const std::string empty = " |   |   |   |   |   |   |   |   |\n";
-  std::string expected = line + "  8 |   |   |   |   | K |   |   |   |\n";
-  for (int rank = 7; rank >= 3; --rank) expected += line + "  " + std::to_string(rank) + empty;
-  expected += line + "  2 |   |   |   |   | *P|   |   |   |\n";
-  expected += line + "  1 |   |   |   |   | *K|   |   |   |\n";
-  expected += line + "      a   b   c   d   e   f   g   h\n";
-  EXPECT_EQ(board.DisplayText(false), expected);
-  EXPECT_EQ(board.DisplayText(true),
-            expected + "castle possibilities: none\nside on move: black; en-passant square: none\n");
-}
-
 }  // namespace
