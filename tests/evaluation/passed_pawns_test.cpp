@@ -26,9 +26,6 @@ TEST(PassedPawns, OnlyTheLeadingPasserOfAFileCountsAndBlackIsSubtracted) {
   // e6: 5 * 55/46 / 8 = 34/28. a3, Black's sixth rank: 7 * 55/46 / 8 = 48/40.
   EXPECT_EQ(pair, ScorePair(34 - 48, 28 - 40));
 
-  Board mirror = Mirrored(board);
-  EvaluationRecord mirrored = PassedOf(mirror);
-  EXPECT_EQ(EvaluatePassedPawns(mirrored, mirror), -pair);
 }
 
 // The details of the e-pawn of `colour`, after the passed pawn term has marked the fronts.
@@ -68,13 +65,6 @@ TEST(PassedPawns, SimpleValueByRankRooksBlockerAndKings) {
   record = PassedOf(blocked);
   const int kings = -2 - 6 - 0 + 5;  // e1 is 4 from d5 and 7 from d8, h8 4 from both
   EXPECT_EQ(SimplePassedPawns(record, blocked), 74 - 27 + 12 - 4 + kings);
-
-  for (const Board& b : {board, blocked}) {
-    Board mirror = Mirrored(b);
-    EvaluationRecord m = PassedOf(mirror);
-    EvaluationRecord r = PassedOf(b);
-    EXPECT_EQ(SimplePassedPawns(m, mirror), -SimplePassedPawns(r, b));
-  }
 }
 
 // The king catches an a-pawn on the fifth rank from e5 only with the move; from f5 never. The
