@@ -30,9 +30,9 @@ Board Position(int who, Square pawn, Square strong, Square weak, bool as_black) 
   return board;
 }
 
-// Each entry is checked against an independent solver by the table maker's test. Here: impossible
-// positions stay clear, and the probe reads one entry for a position, for its image with colours
-// exchanged and for the position mirrored left to right.
+// Each entry is checked against the table maker's solver by the verify command's end-to-end test.
+// Here: impossible positions stay clear, and the probe reads one entry for a position, for its
+// image with colours exchanged and for the position mirrored left to right.
 TEST(SinglePawnTable, ImpossiblePositionsClearColourAndLeftRightSymmetry) {
   int checked = 0, impossible_set = 0;
   for (int who = 0; who < 2; ++who)

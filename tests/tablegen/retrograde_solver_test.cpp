@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <string>
 
-#include "bitbases/bitbase_probes.h"
 #include "board/move_generator.h"
 #include "ending_material.h"
 #include "retrograde_solver.h"
@@ -39,30 +38,8 @@ INSTANTIATE_TEST_SUITE_P(RetrogradeSolver, LongestMate,
                                            std::pair{"kbbk", 19}, std::pair{"kbnk", 33}, std::pair{"kqkr", 35}),
                          [](const auto& test) { return std::string(test.param.first); });
 
-// King and pawn against king agrees, position by position, with the project's own single-pawn
-// bitbase, which is solved independently: white wins exactly where the bitbase says so, and the
-// lone king never wins.
-TEST(RetrogradeSolver, KingAndPawnAgreesWithTheSinglePawnBitbase) {
-  const SolvedEnding& kpk = Solve(Library(), "kpk");
-  int wins = 0, draws = 0, disagreements = 0;
-  for (Color side : {WHITE, BLACK})
-    for (Square pawn = 8; pawn < 56; ++pawn)
-      for (Square white_king = 0; white_king < 64; ++white_king)
-        for (Square black_king = 0; black_king < 64; ++black_king) {
-          const Square squares[3] = {white_king, black_king, pawn};
-          if (pawn == white_king || pawn == black_king || white_king == black_king) continue;
-          const int v = Probe(kpk, squares, side);
-          if (v == NO_POSITION) continue;
-          const bool white_wins = side == WHITE ? v > 0 : v < 0;
-          (white_wins ? wins : draws) += 1;
-          disagreements += (side == BLACK && v > 0) ||
-                           white_wins != SinglePawnWins(WHITE, side, pawn, white_king, black_king);
-        }
-  EXPECT_EQ(disagreements, 0);
-  EXPECT_GT(wins, 0);
-  EXPECT_GT(draws, 0);
-}
-
+// (That king and pawn against king agrees with the single-pawn bitbase position by position is
+// the verify command's end-to-end test.)
 // The value of a board read from the solved tables: its men sorted into the slots of their
 // ending, the board reflected when the ending's first side is black.
 int ProbeBoard(const Board& board) {
