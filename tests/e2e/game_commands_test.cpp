@@ -55,20 +55,15 @@ TEST(GameEndToEnd, PositionsFromSetboard) {
       << xboard.out;
 }
 
+// Every refusal of a time control has its text in the clock's and the parser's tests; here the
+// commands at work and the form of their refusals.
 TEST(GameEndToEnd, ClockCommandsCheckTheirControls) {
-  const EngineRun run = RunEngine({}, "xboard\nlevel 40 5 0\nlevel 0 0:30 3\nlevel 40 0 -1\nlevel 40 -1 0\n"
-                                      "level 1 99999999 0\ntc 40 5 0\ntc\ntc 40 5\ntc 40 x 0\ntc 40 90 0 0 30 0\n"
-                                      "tc 0 5 1 ; 0 10 2\nst 30\nsd 5\ntime 6000\notim 5000\ntime x\nping 1\n");
-  EXPECT_EQ(run.out, P +
-                         "Error (argument out of bounds): level 40 0 -1\n"
-                         "Error (argument out of bounds): level 40 -1 0\n"
-                         "Error (integer argument expected): level 1 99999999 0\n"
+  const EngineRun run = RunEngine({}, "xboard\nlevel 40 5 0\nlevel 0 0:30 3\nlevel 40 0 -1\ntc 40 5 0\n"
+                                      "tc 40 90 0 0 30 0\ntc 0 5 1 ; 0 10 2\nst 30\nsd 5\ntime 6000\notim 5000\n"
+                                      "time x\nping 1\n");
+  EXPECT_EQ(run.out, P + "Error (argument out of bounds): level 40 0 -1\n"
                          "Error (last time control must not terminate): tc 40 5 0\n"
-                         "Error (missing parameters): tc\n"
-                         "Error (missing parameters): tc 40 5\n"
-                         "Error (integer argument expected): tc 40 x 0\n"
-                         "Error (integer argument expected): time x\n"
-                         "pong 1\n");
+                         "Error (integer argument expected): time x\npong 1\n");
 }
 
 TEST(GameEndToEnd, PositionsAndGamesInFiles) {
