@@ -5,13 +5,13 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <fstream>
 #include <functional>
 
+#include "e2e/engine_process.h"
 #include "interfaces/game_test_helpers.h"
 
 using namespace ZephrinInterfaces;
-using test_helpers::Slurp;
-using test_helpers::TemporaryFile;
 
 namespace {
 
@@ -27,25 +27,26 @@ std::string FileError(const std::function<void()>& action) {
 }  // namespace
 
 TEST(GameFiles, FenAndPgnFiles) {
-  TemporaryFile file;
-  file.Write("8/8/8/4k3/8/8/8/R3K3\nb - -\n7 20\n");
-  UserBoard loaded = LoadFen(file.Name());
+  const TemporaryDirectory directory;
+  const std::string file = directory.File("game");
+  std::ofstream(file) << "8/8/8/4k3/8/8/8/R3K3\nb - -\n7 20\n";
+  UserBoard loaded = LoadFen(file);
   EXPECT_EQ(PositionToFen(loaded), "8/8/8/4k3/8/8/8/R3K3 b - - 7 20");
   EXPECT_EQ(loaded.FirstPly(), 39);
-  file.Write("4k3/8/8/8/8/8/4P3/4K w - - 0 1");  // a short last rank
-  EXPECT_EQ(FileError([&] { LoadFen(file.Name()); }), "no error");
+  std::ofstream(file) << "4k3/8/8/8/8/8/4P3/4K w - - 0 1";  // a short last rank
+  EXPECT_EQ(FileError([&] { LoadFen(file); }), "no error");
 
   // A loaded game brings its own tags; a failed load keeps the old ones.
   test_helpers::Play(loaded, "Kd4");
-  SavePgn(file.Name(), loaded, "Incognito", "Zephrin");
+  SavePgn(file, loaded, "Incognito", "Zephrin");
   PgnTags tags;
   tags.event = "before";
-  LoadPgn(file.Name(), tags);
+  LoadPgn(file, tags);
   EXPECT_EQ(tags.white, "Incognito");
   EXPECT_EQ(tags.event, "?");
   tags.event = "kept";
-  file.Write("[FEN \"4k3/8/8/8/8/8/8/4K2K w - - 0 1\"]\n*");
-  EXPECT_EQ(FileError([&] { LoadPgn(file.Name(), tags); }), "Illegal position");
+  std::ofstream(file) << "[FEN \"4k3/8/8/8/8/8/8/4K2K w - - 0 1\"]\n*";
+  EXPECT_EQ(FileError([&] { LoadPgn(file, tags); }), "Illegal position");
   EXPECT_EQ(tags.event, "kept");
   if (access("/dev/full", W_OK) == 0) {
     EXPECT_EQ(FileError([] { SaveFen("/dev/full", UserBoard()); }), "could not write FEN file");

@@ -3,10 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
-#include <cstdio>
-#include <fstream>
 #include <iostream>
 #include <sstream>
 #include <string>
@@ -46,30 +42,9 @@ inline Move Parse(const GameBoard& board, const std::string& text) {
   return move;
 }
 
-inline std::string Slurp(const std::string& file_name) {
-  std::ifstream in(file_name, std::ios::binary);
-  std::ostringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
-
 inline std::string DataFile(const std::string& name) {
   return std::string(ZEPHRIN_SOURCE_DIR) + "/tests/data/" + name;
 }
-
-// A file name of its own in the test directory; the file goes when the object does.
-class TemporaryFile {
- public:
-  TemporaryFile() : name_(testing::TempDir() + "zephrin_game_file_" + std::to_string(getpid()) + "_" +
-                          std::to_string(counter_++)) {}
-  ~TemporaryFile() { std::remove(name_.c_str()); }
-  const std::string& Name() const { return name_; }
-  void Write(const std::string& text) const { std::ofstream(name_, std::ios::binary) << text; }
-
- private:
-  static inline int counter_ = 0;
-  std::string name_;
-};
 
 // Keeps what the program writes to standard output while it lives.
 class CapturedOutput {

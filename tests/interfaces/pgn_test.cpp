@@ -5,8 +5,10 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <fstream>
 #include <sstream>
 
+#include "e2e/engine_process.h"
 #include "interfaces/game_files.h"
 #include "interfaces/game_test_helpers.h"
 
@@ -14,8 +16,6 @@ using namespace ZephrinInterfaces;
 using test_helpers::DataFile;
 using test_helpers::GameFrom;
 using test_helpers::Play;
-using test_helpers::Slurp;
-using test_helpers::TemporaryFile;
 
 namespace {
 
@@ -111,19 +111,19 @@ TEST(Pgn, PgnExtractReplaysWrittenGames) {
   const std::string program =
       access("/usr/bin/pgn-extract", X_OK) == 0 ? "/usr/bin/pgn-extract" : "/usr/games/pgn-extract";
   if (access(program.c_str(), X_OK) != 0) GTEST_SKIP() << "pgn-extract is not installed (Debian package)";
-  TemporaryFile pgn, log, out;
+  const TemporaryDirectory directory;
+  const std::string pgn = directory.File("game.pgn"), log = directory.File("log"), out = directory.File("out");
   for (const WrittenGame& row : WRITTEN_GAMES) {
     SCOPED_TRACE(row.moves);
     const UserBoard game = Built(row);
-    pgn.Write(Written(game));
-    log.Write("");
-    const std::string command = program + " -s -F --notags -w 1000 -l'" + log.Name() + "' '" + pgn.Name() +
-                                "' >'" + out.Name() + "' 2>&1";
+    std::ofstream(pgn) << Written(game);
+    std::ofstream{log};
+    const std::string command = program + " -s -F --notags -w 1000 -l'" + log + "' '" + pgn + "' >'" + out + "' 2>&1";
     ASSERT_EQ(std::system(command.c_str()), 0) << command;
-    EXPECT_EQ(Slurp(log.Name()), "");
+    EXPECT_EQ(ReadFile(log), "");
     // Without the move number: an edited game counts from ply 0 even when Black moves first.
     const std::string fen = PositionToFen(game).substr(0, PositionToFen(game).rfind(' ') + 1);
-    EXPECT_NE(Slurp(out.Name()).find("{ \"" + fen), std::string::npos) << Slurp(out.Name()) << fen;
+    EXPECT_NE(ReadFile(out).find("{ \"" + fen), std::string::npos) << ReadFile(out) << fen;
   }
 }
 
@@ -161,7 +161,7 @@ TEST(Pgn, WrittenTextIsExact) {
   PgnTags tags;
   UserBoard opera = LoadPgn(DataFile("opera_game.pgn"), tags);
   opera.PlayAllNext();
-  EXPECT_EQ(Written(opera, tags), Slurp(DataFile("opera_game_written.pgn")));
+  EXPECT_EQ(Written(opera, tags), ReadFile(DataFile("opera_game_written.pgn")));
 
   // From a FEN: the SetUp and FEN tags after Result, and Black's first move numbered "N...".
   UserBoard from_fen = GameFrom("rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0 7");
