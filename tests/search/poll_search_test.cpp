@@ -23,21 +23,6 @@ bool Aborts(Search& search, std::uint64_t* countdown) {
   return false;
 }
 
-TEST(PollSearch, CountdownFollowsTheNodeRate) {
-  Search search;
-  search.iteration = 1;
-  search.nodes = 800;
-  StartedAgo(search, 10);
-  std::uint64_t countdown = 0;
-  EXPECT_FALSE(Aborts(search, &countdown));
-  EXPECT_EQ(countdown, 800u / 8 + 100);  // under a second the rate is the count itself
-
-  search.nodes = 2000000;
-  StartedAgo(search, 2000);
-  EXPECT_FALSE(Aborts(search, &countdown));
-  EXPECT_EQ(countdown, 1000000u / 8 + 100);
-}
-
 TEST(PollSearch, FirstIterationIgnoresTheClockForThreeSeconds) {
   Search search;
   search.mode = SEARCH_NORMAL;
