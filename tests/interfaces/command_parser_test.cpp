@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <tuple>
+#include <typeindex>
 
 #include "interfaces/commands.h"
 #include "interfaces/xboard_protocol.h"
@@ -30,8 +31,17 @@ const CommandClass& ParseAs(const std::string& line) {
 
 }  // namespace
 
-// Which command a keyword selects shows in what the program does, tested end to end; here the
-// arguments as the commands receive them.
+// Which command a keyword selects shows in what the program does, tested end to end, but for these.
+TEST(CommandParser, KeywordsSelectTheirClasses) {
+  const std::pair<const char*, std::type_index> rows[] = {{"protover -5", typeid(Command_Xboard)},
+                                                          {"protover 007", typeid(Command_Protover2)},
+                                                          {"nopost", typeid(Command_Nopost)}};
+  for (const auto& [line, type] : rows) {
+    const std::unique_ptr<Command> command = Parse(line);
+    EXPECT_EQ(std::type_index(typeid(*command)), type) << line;
+  }
+}
+
 TEST(CommandParser, ArgumentsAreConvertedAndJoined) {
   EXPECT_EQ(ParseAs<Command_UsermoveOldStyle>("  e2e4 ").move_text, "e2e4");
   EXPECT_EQ(ParseAs<Command_UsermoveNewStyle>("usermove Nf3").move_text, "Nf3");

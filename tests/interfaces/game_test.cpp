@@ -130,6 +130,14 @@ TEST(DrawResignTracker, DrawOffersAndTheirAnswers) {
   EXPECT_FALSE(After({5, 5}, true).ShouldOfferDraw());
 }
 
+TEST_F(GameTest, TheEngineMovesAfterItsSearch) {
+  FinishSearch("e5 Nf3", 10);
+  EXPECT_EQ(PositionToFen(*game), "rnbqkbnr/pppp1ppp/8/4p3/4P3/8/PPPP1PPP/RNBQKBNR w KQkq e6 0 2");
+  EXPECT_TRUE(output.Take().starts_with("Zephrin played: e5\n    +---+"));
+  EXPECT_EQ(game->search_state, SEARCH_STATE_IDLE);
+  EXPECT_EQ(game->clock.active, WHITE);
+}
+
 TEST_F(GameTest, TheEngineAnswersADrawOffer) {
   game->tracker.draw_offered = true;
   FinishSearch("e5", 100);

@@ -73,9 +73,9 @@ TEST_F(ProtocolTest, XBoardThinkingLinesAndStatus) {
   EXPECT_EQ(Take(), "");
 }
 
-// Resigning, draw offers and their answers, "Zephrin played", the hint that finds no move, edit
-// mode's words and the game results at the console are tested where the game and the end-to-end
-// tests produce them; here the rest.
+// Resigning at the console, draw offers and their answers, "Zephrin played", the hint that finds no
+// move, edit mode's words and the game results at the console are tested where the game and the
+// end-to-end tests produce them; here the rest.
 TEST_F(ProtocolTest, ResultsMovesAndMessages) {
   XBoardProtocol_2 xboard;
   xboard.ShowGameResult(1, 0, GAME_MODE_PLAY);
@@ -86,13 +86,14 @@ TEST_F(ProtocolTest, ResultsMovesAndMessages) {
   xboard.ShowHint("e4");
   xboard.ShowHint("");
   xboard.TellUser("Warning: Startup command failed!\nError: x");
+  xboard.Resign();
   xboard.RejectDraw(true);
   xboard.RejectDraw(false);
   xboard.ShowCommandIgnored("game over");
   xboard.ShowPredictedMove("e5");
   EXPECT_EQ(Take(),
             "1-0 {White mates}\n0-1 {White resigns}\nmove Nf3\nHint: e4\n"
-            "telluser Warning: Startup command failed!\tError: x\n"
+            "telluser Warning: Startup command failed!\tError: x\nresign\n"
             "telluser Zephrin rejects the draw offer and wants to play on.\n");
 
   ConsoleProtocol console;

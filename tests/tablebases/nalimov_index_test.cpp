@@ -171,4 +171,31 @@ TEST(NalimovIndex, SymmetricImagesShareTheIndex) {
   }
 }
 
+// Members of the family written out, which pin the layout of the published files: knk and krnk with
+// black to move, kpk with either side.
+TEST(NalimovIndex, WorkedMembers) {
+  // The mover's king on b1 is in normal form: M = b1, O = e2, knight a6.
+  TB_PIECE_LIST white{}, black{};
+  white.squares[TB_KING_SLOT] = 12;
+  black.squares[TB_KING_SLOT] = 1;
+  white.squares[TB_KNIGHT_SLOT] = 40;
+  EXPECT_EQ(Ending(IdOf("knk")).index[1](white, black, 64, false),
+            std::uint64_t(KK_PAWNLESS[1][12]) * 62 + (40 - 1 - 1));
+  white.squares[TB_ROOK_SLOT] = 20;  // e3
+  EXPECT_EQ(Ending(IdOf("krnk")).index[1](white, black, 64, false),
+            (std::uint64_t(KK_PAWNLESS[1][12]) * 62 + (20 - 2)) * 61 + (40 - 3));
+  TB_PIECE_LIST pawn{};
+  pawn.squares[TB_KING_SLOT] = 2;  // c1, the mover
+  pawn.squares[TB_PAWN_SLOT] = 18; // c3
+  black.squares[TB_KING_SLOT] = 42; // c6
+  const int n = square_rank[KIND_PAWN][42][18];  // c1 is no pawn square, so it takes none away
+  EXPECT_EQ(Ending(IdOf("kpk")).index[0](pawn, black, 64, false),
+            PAWN_OFFSETS.pair_offset[KIND_PAWN][KK_PAWN[2][42]] + std::uint64_t(n));
+  // Black to move: the pawn is ranked with kind 0, and kings and pawn are read upside down.
+  pawn.squares[TB_KING_SLOT] = 42;  // c6
+  black.squares[TB_KING_SLOT] = 2;  // c1
+  EXPECT_EQ(Ending(IdOf("kpk")).index[1](pawn, black, 64, false),
+            PAWN_OFFSETS.pair_offset[KIND_ANY_PAWN][KK_PAWN[2 ^ 56][42 ^ 56]] + square_rank[KIND_ANY_PAWN][42 ^ 56][18 ^ 56]);
+}
+
 }  // namespace
