@@ -34,7 +34,7 @@ TEST(XBoardEndToEnd, IdChangesTheNameGivenInTheFeatures) {
 }
 
 TEST(XBoardEndToEnd, SilentAboutWhatIsNoProtocolLine) {
-  const EngineRun run = RunEngine({}, "xboard\n\nrandom\naccepted draw\n?\n.\nbk\ne2e4 now\nnopost\npost\nping 9\n");
+  const EngineRun run = RunEngine({}, "xboard\n\nrandom\naccepted draw\n?\n.\nbk\ne2e4 now\nnopost\npost\nhard\nfritz\nping 9\n");
   EXPECT_EQ(run.out, P +
                          "stat01: 0 0 0 0 0\n"
                          "Error (command is not supported): bk\n"

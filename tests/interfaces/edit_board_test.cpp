@@ -47,6 +47,10 @@ TEST(EditBoard, IllegalPositionsAreRefused) {
   check.side = WHITE;
   check.status = EDIT_BOARD_CHANGED;
   EXPECT_FALSE(check.IsValid());
+  // A board built from a colour alone (as only the tests build one) holds no position.
+  EditBoard empty(BLACK);
+  EXPECT_FALSE(empty.IsValid());
+  EXPECT_THROW(empty.Position(), EditBoard::invalid_position);
 }
 
 TEST(EditBoard, TheEnPassantSquareIsLostWhenThePositionIsRebuilt) {

@@ -64,6 +64,7 @@ TEST(UserBoard, UndoNextAndTheBufferOfNextMoves) {
   game.PlayNext();
   game.PlayAllNext();
   ExpectSameGame(game, full);
+  EXPECT_THROW(game.PlayNext(), UserBoard::next_moves_empty);
   game.UndoAll();
   EXPECT_TRUE(game.Keys().empty());
   EXPECT_THROW(game.UndoMove(), UserBoard::no_moves_to_undo);
