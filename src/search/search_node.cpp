@@ -583,7 +583,7 @@ int MoveLoop(Node& n) {
         !QuiescenceFilter(n.board, move, n.distance, n.gamma, n.type)) {
       continue;
     }
-    TranspositionTable.Prefetch(n.board.KeyAfterMove(move));
+    PrefetchHashEntries(n.board.KeyAfterMove(move));
     int kinds = n.extension.kinds;
     int extended_distance = n.distance;
     if (enable_search_extensions) {
