@@ -3,16 +3,19 @@
 
 Each position is set up with setboard and searched for a fixed time; the move played is compared
 with the `bm` moves (any of them solves it) and against the `am` moves (none of them may be played).
-Moves are compared in SAN without check marks. Every miss is printed with what the engine played
+Moves are compared in SAN without check marks. With --nodes N the engine is spoken to in UCI and
+searches N nodes a position instead, so that the count does not depend on the load of the machine;
+the suite's moves are then put into coordinates by Debian's pgn-extract. Every miss is printed with what the engine played
 and its last score, then "solved N of M". With `dm N` in a record, the position counts as solved
 only when the engine also reports mate in exactly N moves.
 """
 import argparse
 import os
 import re
-import select
+import queue
 import subprocess
 import sys
+import threading
 import time
 
 MATE = 32767
@@ -63,10 +66,24 @@ def mate_moves(score):
     return None
 
 
+def start(command):
+    """The engine's process, and a queue that a reader thread fills with its output lines (select on
+    the pipe would miss lines that the file object has already buffered)."""
+    proc = subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True, bufsize=1)
+    lines = queue.Queue()
+
+    def pump():
+        for line in proc.stdout:
+            lines.put(line)
+        lines.put(None)
+
+    threading.Thread(target=pump, daemon=True).start()
+    return proc, lines
+
+
 class Engine:
     def __init__(self, command):
-        self.proc = subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
-                                     text=True, bufsize=1)
+        self.proc, self.lines = start(command)
         self.send("xboard")
         self.send("protover 2")
         self.send("post")
@@ -76,10 +93,10 @@ class Engine:
         self.proc.stdin.flush()
 
     def read_line(self, deadline):
-        ready, _, _ = select.select([self.proc.stdout], [], [], max(0.0, deadline - time.time()))
-        if not ready:
+        try:
+            return self.lines.get(timeout=max(0.0, deadline - time.time()))
+        except queue.Empty:
             return None
-        return self.proc.stdout.readline()
 
     def search(self, fen, seconds):
         """Plays one move from fen; returns (move, last score) or (None, None)."""
@@ -108,6 +125,70 @@ class Engine:
             self.proc.kill()
 
 
+class UciEngine:
+    """An engine spoken to in UCI that searches a fixed number of nodes a position."""
+
+    def __init__(self, command):
+        self.proc, self.lines = start(command)
+        self.send("uci")
+        self.wait_for("uciok", time.time() + 30)
+
+    send = Engine.send
+    read_line = Engine.read_line
+    close = Engine.close
+
+    def wait_for(self, word, deadline):
+        while True:
+            line = self.read_line(deadline)
+            if not line or line.split()[:1] == [word]:
+                return line
+
+    def search(self, fen, nodes):
+        """The move for fen after `nodes` nodes, in coordinates, and the last score."""
+        self.send("ucinewgame")
+        self.send("position fen " + fen + " 0 1")
+        self.send("go nodes " + str(nodes))
+        score = None
+        deadline = time.time() + 600
+        while True:
+            line = self.read_line(deadline)
+            if not line:
+                return None, score
+            words = line.split()
+            if words[:1] == ["bestmove"]:
+                return words[1], score
+            if "score" in words and "lowerbound" not in words and "upperbound" not in words:
+                kind, value = words[words.index("score") + 1:words.index("score") + 3]
+                value = int(value)
+                score = value if kind == "cp" else (MATE + 1 - 2 * value if value > 0 else -MATE - 2 * value)
+
+
+def to_coordinates(records):
+    """Every bm and am move of the records in coordinates, keyed by (fen, san), via pgn-extract. A
+    move that it cannot read (an ambiguous one, say) is left out, and matches nothing."""
+    games, keys = [], []
+    for fen, ops in records:
+        black = fen.split()[1] == "b"
+        for san in move_list(ops.get("bm", [])) + move_list(ops.get("am", [])):
+            games.append('[Round "%d"]\n[SetUp "1"]\n[FEN "%s 0 1"]\n\n1.%s %s *\n'
+                         % (len(keys), fen, ".." if black else "", san))
+            keys.append((fen, san))
+    try:
+        result = subprocess.run(["/usr/games/pgn-extract", "-Wuci", "--noresults", "-C", "-N", "-V"],
+                                input="\n".join(games), capture_output=True, text=True)
+    except FileNotFoundError:
+        sys.exit("--nodes needs pgn-extract (Debian package pgn-extract)")
+    coordinates, number = {}, None
+    for line in result.stdout.splitlines():
+        tag = re.match(r'\[Round "(\d+)"\]', line)
+        if tag:
+            number = int(tag.group(1))
+        elif line.strip() and not line.startswith("[") and number is not None:
+            coordinates[keys[number]] = line.split()[0]
+            number = None
+    return coordinates
+
+
 def score_text(score):
     if score is None:
         return "no score"
@@ -120,7 +201,8 @@ def score_text(score):
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("file")
-    parser.add_argument("seconds", type=int)
+    parser.add_argument("seconds", type=int, nargs="?", default=1)
+    parser.add_argument("--nodes", type=int, default=0, help="search N nodes a position (UCI) instead of a time")
     parser.add_argument("--engine", default=None, help="engine command (default build/zephrin)")
     args = parser.parse_args()
     root = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
@@ -137,19 +219,25 @@ def main():
             if parsed:
                 records.append(parsed)
 
-    engine = Engine(command)
+    coordinates = to_coordinates(records) if args.nodes else None
+    make_engine = (lambda: UciEngine(command)) if args.nodes else (lambda: Engine(command))
+    limit = args.nodes or args.seconds
+    engine = make_engine()
     solved = 0
     try:
         for index, (fen, ops) in enumerate(records, 1):
             name = " ".join(ops.get("id", [])) or "#%d" % index
             best, avoid = move_list(ops.get("bm", [])), move_list(ops.get("am", []))
-            move, score = engine.search(fen, args.seconds)
+            move, score = engine.search(fen, limit)
             if move is None:
                 print("%s: no move from the engine (%s)" % (name, fen))
                 engine.close()
-                engine = Engine(command)
+                engine = make_engine()
                 continue
             played = normalise(move)
+            if coordinates is not None:
+                best = [coordinates.get((fen, m), "?" + m) for m in best]
+                avoid = [coordinates.get((fen, m), "?" + m) for m in avoid]
             ok = (not best or played in best) and played not in avoid
             if ok and "dm" in ops:
                 ok = score is not None and mate_moves(score) == int(ops["dm"][0])

@@ -1,9 +1,11 @@
 #include "hash/abstract_hash_table.h"
 
+#include <sys/mman.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <bit>
+#include <cstdlib>
 #include <limits>
 
 std::uint64_t ABSTRACT_HASH_TABLE::IndexCountFor(std::uint64_t bytes, std::uint64_t smallest_bytes,
@@ -20,3 +22,16 @@ std::uint64_t ABSTRACT_HASH_TABLE::MaximumTableBytes() {
   }();
   return maximum;
 }
+
+void* AllocateTableMemory(std::uint64_t bytes) {
+  constexpr std::uint64_t LARGE_PAGE = std::uint64_t{1} << 21;
+  const std::uint64_t alignment = bytes >= LARGE_PAGE ? LARGE_PAGE : 64;
+  const std::uint64_t rounded = (bytes + alignment - 1) / alignment * alignment;
+  void* memory = std::aligned_alloc(alignment, rounded);
+#ifdef MADV_HUGEPAGE
+  if (memory != nullptr && alignment == LARGE_PAGE) madvise(memory, rounded, MADV_HUGEPAGE);
+#endif
+  return memory;
+}
+
+void FreeTableMemory(void* memory) { std::free(memory); }

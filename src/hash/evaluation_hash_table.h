@@ -38,10 +38,12 @@ class EVALUATION_HASH_TABLE final : public ABSTRACT_HASH_TABLE {
     return bound > entry.score ? EVALUATION_PROBE_BELOW_BOUND : EVALUATION_PROBE_AT_LEAST_BOUND;
   }
   void Store(std::uint64_t key, int score) { slots[key & mask] = {key, std::int16_t(score)}; }
+  // Asks the processor for the slot of a position about to be evaluated.
+  void Prefetch(std::uint64_t key) const { __builtin_prefetch(&slots[key & mask]); }
 
   std::uint64_t Mask() const { return mask; }
 
  private:
-  std::unique_ptr<EVALUATION_HASH_ENTRY[]> slots;
+  SlotArray<EVALUATION_HASH_ENTRY> slots;
   std::uint64_t mask = 0;
 };

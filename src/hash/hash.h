@@ -18,6 +18,13 @@ constexpr std::uint64_t DEFAULT_TRANSPOSITION_TABLE_BYTES = 0x2000000;  // 32 Mi
 constexpr std::uint64_t DEFAULT_PAWN_HASH_TABLE_BYTES = 0x400000;        // 4 MiB
 constexpr std::uint64_t DEFAULT_EVALUATION_HASH_TABLE_BYTES = 0x400000;  // 4 MiB
 
+// Asks for the transposition and evaluation entries of a position about to be searched, so that
+// their memory latencies overlap the work before the probes.
+inline void PrefetchHashEntries(std::uint64_t key) {
+  TranspositionTable.Prefetch(key);
+  EvaluationHashTable.Prefetch(key);
+}
+
 // Start-up: the transposition, pawn and evaluation tables, in this order, get their default sizes.
 // A table whose memory is refused stays at its smallest size.
 void ResizeHashTablesToDefaults();

@@ -61,6 +61,6 @@ class PAWN_HASH_TABLE final : public ABSTRACT_HASH_TABLE {
   }
 
  private:
-  std::unique_ptr<PAWN_HASH_ENTRY[]> slots;
+  SlotArray<PAWN_HASH_ENTRY> slots;
   std::uint64_t mask = 0;
 };

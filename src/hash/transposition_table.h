@@ -112,7 +112,7 @@ class TRANSPOSITION_TABLE final : public ABSTRACT_HASH_TABLE {
  private:
   bool IsCurrent(const HASH_ENTRY& entry) const { return HashWordAge(entry.word) == age; }
 
-  std::unique_ptr<HASH_ENTRY[]> slots;
+  SlotArray<HASH_ENTRY> slots;
   std::uint64_t mask = 0;
   std::uint32_t age = 1;
 };

@@ -469,6 +469,8 @@ bool PickMove(Node& n, MoveSource& src, Move& move) {
   if (src.quiescence_order) {
     if (!src.scored) {
       n.end = ScoreQuiescenceMoves(n.list, n.end, n.hash_move, n.tree.killers[n.ply], n.gamma, n.board);
+      // The few captures of a quiescence node: all their children's entries are asked for at once.
+      for (const Move* m = n.list; m < n.end; ++m) PrefetchHashEntries(n.board.KeyAfterMove(*m & MOVE_MASK));
       src.cursor = n.list;
       src.scored = true;
     }
@@ -485,6 +487,10 @@ bool PickMove(Node& n, MoveSource& src, Move& move) {
   }
   move = (src.region.sorted ? *src.cursor : SelectBest(src.cursor, src.region.last)) & MOVE_MASK;
   ++src.cursor;
+  // In a sorted region the move after this one is known: its entries arrive while this one is searched.
+  if (src.region.sorted && src.cursor < src.region.last) {
+    PrefetchHashEntries(n.board.KeyAfterMove(*src.cursor & MOVE_MASK));
+  }
   return true;
 }
 
@@ -583,7 +589,7 @@ int MoveLoop(Node& n) {
         !QuiescenceFilter(n.board, move, n.distance, n.gamma, n.type)) {
       continue;
     }
-    TranspositionTable.Prefetch(n.board.KeyAfterMove(move));
+    PrefetchHashEntries(n.board.KeyAfterMove(move));
     int kinds = n.extension.kinds;
     int extended_distance = n.distance;
     if (enable_search_extensions) {
