@@ -1,15 +1,21 @@
 #include "evaluation/evaluation_record.h"
 
 #include <cstdlib>
+#include <cstring>
+#include <type_traits>
 
 #include "board/bitboard.h"
 #include "board/board.h"
 #include "evaluation/position_type.h"
 
+static_assert(std::is_trivially_copyable_v<EvaluationRecord>, "cleared with memset");
+
 void ClearEvaluationRecord(EvaluationRecord& record) {
   EvaluationSettings* settings = record.settings;
   bool allow_lazy_exits = record.allow_lazy_exits;
-  record = EvaluationRecord{};
+  // Every other field starts at zero. Cleared in place: assigning a fresh record built a
+  // temporary and copied it, twice the memory traffic on every evaluation.
+  std::memset(static_cast<void*>(&record), 0, sizeof record);
   record.settings = settings;
   record.allow_lazy_exits = allow_lazy_exits;
 }
