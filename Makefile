@@ -10,6 +10,10 @@ JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 # The engine is built for the machine that runs it; NATIVE=OFF builds one that runs on any x86-64.
 NATIVE ?= ON
 CMAKE_FLAGS ?= -DCMAKE_BUILD_TYPE=Release -DZEPHRIN_NATIVE=$(NATIVE)
+# With clang and lld installed the engine is built by clang with thin link-time optimisation, the
+# fastest of the builds measured; otherwise by the default compiler. Expanded after `deps` ran.
+TOOLCHAIN = $(shell command -v clang++ >/dev/null 2>&1 && command -v ld.lld >/dev/null 2>&1 && \
+              echo -DCMAKE_CXX_COMPILER=clang++ -DZEPHRIN_LTO=ON)
 
 .PHONY: all build run test test-sanitize coverage fuzz bench deps clean
 
@@ -19,7 +23,9 @@ deps:
 	@bash .ci/install-deps
 
 build: deps
-	@cmake -S . -B $(BUILD) $(CMAKE_FLAGS) >/dev/null
+	@# Twice: when the compiler changes, CMake starts a fresh cache that forgets that run's options.
+	@cmake -S . -B $(BUILD) $(CMAKE_FLAGS) $(TOOLCHAIN) >/dev/null 2>&1 || true
+	@cmake -S . -B $(BUILD) $(CMAKE_FLAGS) $(TOOLCHAIN) >/dev/null
 	@cmake --build $(BUILD) -j $(JOBS)
 
 run: build

@@ -38,7 +38,8 @@ TEST(CommandParser, KeywordsSelectTheirClasses) {
                                                           {"nopost", typeid(Command_Nopost)}};
   for (const auto& [line, type] : rows) {
     const std::unique_ptr<Command> command = Parse(line);
-    EXPECT_EQ(std::type_index(typeid(*command)), type) << line;
+    const Command& parsed = *command;
+    EXPECT_EQ(std::type_index(typeid(parsed)), type) << line;
   }
 }
 

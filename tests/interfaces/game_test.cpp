@@ -18,8 +18,12 @@ using test_helpers::Play;
 
 namespace {
 
+// Built on first use, not during static initialisation, which may precede the FEN reader's.
 const Board WITH_QUEENS = Board();
-const Board ROOK_ENDING = test_helpers::FromFen("4k3/4r3/8/8/8/8/3R4/4K3 w - - 0 1");
+const Board& RookEnding() {
+  static const Board board = test_helpers::FromFen("4k3/4r3/8/8/8/8/3R4/4K3 w - - 0 1");
+  return board;
+}
 
 DrawResignTracker After(std::initializer_list<int> scores, bool computer, const Board& position = WITH_QUEENS) {
   DrawResignTracker tracker;
@@ -80,8 +84,8 @@ TEST(DrawResignTracker, ResignsAfterARunBelowTheThreshold) {
   EXPECT_FALSE(After({-500, -500, -500, -500, -500, -500}, true).ShouldResign());
   EXPECT_TRUE(After({-510, -510, -510, -510, -510}, true).ShouldResign());
   // With little material left a deficit may still be held: -450 against a person.
-  EXPECT_FALSE(After({-449, -449, -449, -449, -449, -449}, false, ROOK_ENDING).ShouldResign());
-  EXPECT_TRUE(After({-450, -450, -450, -450, -450, -450}, false, ROOK_ENDING).ShouldResign());
+  EXPECT_FALSE(After({-449, -449, -449, -449, -449, -449}, false, RookEnding()).ShouldResign());
+  EXPECT_TRUE(After({-450, -450, -450, -450, -450, -450}, false, RookEnding()).ShouldResign());
 }
 
 TEST(DrawResignTracker, AMateSeenComing) {
@@ -106,7 +110,7 @@ TEST(DrawResignTracker, DrawOffersAndTheirAnswers) {
   // Level for long enough: accept and offer, unless the score is rising.
   DrawResignTracker level;
   level.opponent_is_computer = true;
-  for (int i = 0; i < 15; ++i) level.Update(ROOK_ENDING, i % 2 == 0 ? 25 : -25);
+  for (int i = 0; i < 15; ++i) level.Update(RookEnding(), i % 2 == 0 ? 25 : -25);
   EXPECT_TRUE(level.ShouldAcceptDraw());
   EXPECT_TRUE(level.ShouldOfferDraw());
   level.draw_offered = true;
