@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "board/move_generator.h"
-#include "e2e/engine_session.h"
+#include "e2e/engine_process.h"
 #include "interfaces/fen.h"
 #include "interfaces/game_board.h"
 #include "interfaces/move_text.h"

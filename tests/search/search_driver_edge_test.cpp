@@ -8,16 +8,16 @@
 
 #include <algorithm>
 #include <functional>
-#include <iostream>
-#include <sstream>
 
 #include "board/move_generator.h"
 #include "frame/main_loop.h"
 #include "hash/hash.h"
 #include "interfaces/console_protocol.h"
+#include "interfaces/game_test_helpers.h"
 #include "interfaces/move_text.h"
 
 using namespace ZephrinInterfaces;
+using test_helpers::ScriptedInput;
 
 namespace {
 
@@ -46,41 +46,22 @@ class WatchingProtocol : public ConsoleProtocol {
   std::function<void()> on_summary;
 };
 
-// A script of lines, each noted with the iteration of the search that read it (0: no search ran).
-class ScriptedInput : public InputSource {
- public:
-  ScriptedInput(std::deque<std::string> script, const Search& reader) : lines(std::move(script)), search(reader) {}
-  std::string ReadLine() override {
-    if (lines.empty()) return "quit";
-    std::string line = lines.front();
-    lines.pop_front();
-    read_in_iteration.push_back(search.running ? search.iteration : 0);
-    return line;
-  }
-  bool InputAvailable() override { return !lines.empty(); }
-  std::deque<std::string> lines;
-  std::vector<int> read_in_iteration;
-  const Search& search;
-};
-
 class SearchDriverEdgeTest : public ::testing::Test {
  protected:
   void SetUp() override {
     TranspositionTable.Resize(1 << 22);
     PawnHashTable.Clear();
     EvaluationHashTable.Clear();
-    saved_ = std::cout.rdbuf(output_.rdbuf());
     auto owned = std::make_unique<WatchingProtocol>();
     protocol = owned.get();
     loop = std::make_unique<MainLoop>(std::make_unique<Game>(std::move(owned)));
   }
-  void TearDown() override { std::cout.rdbuf(saved_); }
 
   Search& search() { return loop->game->search; }
 
   // Runs the main loop over the script.
   ScriptedInput& Run(std::deque<std::string> script) {
-    loop->input = std::make_unique<ScriptedInput>(std::move(script), search());
+    loop->input = std::make_unique<ScriptedInput>(std::move(script), &search());
     RunMainLoop(*loop);
     return static_cast<ScriptedInput&>(*loop->input);
   }
@@ -104,14 +85,11 @@ class SearchDriverEdgeTest : public ::testing::Test {
     };
   }
 
-  std::string Output() const { return output_.str(); }
+  std::string Output() const { return output_.Text(); }
 
+  test_helpers::CapturedOutput output_;
   WatchingProtocol* protocol = nullptr;
   std::unique_ptr<MainLoop> loop;
-
- private:
-  std::ostringstream output_;
-  std::streambuf* saved_ = nullptr;
 };
 
 Move FirstLegalMove(const Board& board) {
@@ -260,7 +238,7 @@ TEST_F(SearchDriverEdgeTest, ARefutedNewBestMoveGoesSecondAndTheOldBestReturns) 
   SearchRequest request;
   request.max_depth = 4;
   request.game.SetFromFen(fen);
-  loop->input = std::make_unique<ScriptedInput>(std::deque<std::string>{}, search());
+  loop->input = std::make_unique<ScriptedInput>(std::deque<std::string>{}, &search());
   search().RunSearch(request, loop.get());
 
   const auto instability = std::find_if(seen.begin(), seen.end(), [](const Snapshot& s) { return s.event == "instability"; });
