@@ -47,12 +47,9 @@ TEST(GameEndEndToEnd, UndoAndNextRoundTrips) {
   EXPECT_EQ(FenAfter(moves + "undo 2\nnext\n"), "r1bqkbnr/pppp1ppp/2n5/4p3/4P3/5N2/PPPP1PPP/RNBQKB1R w KQkq - 2 3\n");
   // Undo reopens a mated game; replaying the mate ends it again.
   const std::string mated = RunEngine({}, "force\nf3\ne5\ng4\nQh4\nundo\nnext\nundo 2\nnext all\n").out;
-  std::size_t count = 0;
-  for (std::size_t at = mated.find("game over: 0-1 (Black mates)"); at != std::string::npos;
-       at = mated.find("game over: 0-1 (Black mates)", at + 1)) {
-    ++count;
-  }
-  EXPECT_EQ(count, 1u) << "next replays without announcing the result again";
+  const std::size_t first = mated.find("game over: 0-1 (Black mates)");
+  EXPECT_NE(first, std::string::npos);
+  EXPECT_EQ(mated.find("game over", first + 1), std::string::npos) << "next replays without announcing the result again";
   EXPECT_TRUE(mated.ends_with(Prompt("White 3"))) << mated;
 }
 
@@ -74,46 +71,32 @@ TEST(GameEndEndToEnd, XBoardForceModePlay) {
 // Refused undo and next are tested with taking moves back under XBoard.
 TEST(GameEndEndToEnd, BadInputLeavesTheGameAsItWas) {
   TemporaryDirectory directory;
-  const std::string bad_pgn = directory.File("bad.pgn");
-  std::ofstream(bad_pgn) << "[Event \"x\"]\n\n1. e4 e5 2. Nf3 Nf6?? 3. Kxe8 1-0\n";
-  const std::string truncated_pgn = directory.File("truncated.pgn");
-  std::ofstream(truncated_pgn) << "[Event \"x\"]\n\n1. e4 e5 2. Nf3\n";
-  const std::string bad_fen = directory.File("bad.fen");
-  std::ofstream(bad_fen) << "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0\n";
-  const std::string illegal_fen = directory.File("illegal.fen");
-  std::ofstream(illegal_fen) << "8/8/8/8/8/8/8/8 w - - 0 1\n";
-
+  const std::string d = directory.path + "/";
+  for (auto [name, text] : {std::pair{"bad.pgn", "[Event \"x\"]\n\n1. e4 e5 2. Nf3 Nf6?? 3. Kxe8 1-0\n"},
+                            {"truncated.pgn", "[Event \"x\"]\n\n1. e4 e5 2. Nf3\n"},
+                            {"bad.fen", "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0\n"},
+                            {"illegal.fen", "8/8/8/8/8/8/8/8 w - - 0 1\n"}}) {
+    std::ofstream(d + name) << text;
+  }
+  // Each failing line and the console's answer, followed by the line itself where it ends in ": ".
+  const std::pair<std::string, std::string> failing[] = {
+      {"setboard rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0",
+       "Command ignored (input inconsistent with FEN standard)\nCommand ignored (Illegal position)\n"},
+      {"setboard 8/8/8/8/8/8/8/8 w - - 0 1", "Command ignored (Illegal position)\n"},
+      {"Ke3", "Illegal move: "}, {"Nxe5x", "Illegal move: "}, {"O-O", "Illegal move: "},
+      {"usermove e7e5", "Illegal move: "}, {"read_pgn " + d + "bad.pgn", "Error (Illegal move): "},
+      {"read_pgn " + d + "truncated.pgn", "Error (could not read PGN file): "},
+      {"read_pgn " + d + "missing.pgn", "Error (could not open file): "},
+      {"read_fen " + d + "bad.fen", "Error (could not read FEN file): "},
+      {"read_fen " + d + "illegal.fen", "Error (Illegal position): "}};
   std::string input = "force\ne4\ne5\nNf3\n";
-  std::vector<std::string> failing = {"setboard rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0",
-                                      "setboard 8/8/8/8/8/8/8/8 w - - 0 1",
-                                      "Ke3",
-                                      "Nxe5x",
-                                      "O-O",
-                                      "usermove e7e5",
-                                      "read_pgn " + bad_pgn,
-                                      "read_pgn " + truncated_pgn,
-                                      "read_pgn " + directory.File("missing.pgn"),
-                                      "read_fen " + bad_fen,
-                                      "read_fen " + illegal_fen};
-  for (std::size_t i = 0; i < failing.size(); ++i) {
-    input += failing[i] + "\nwrite_fen " + directory.File(std::to_string(i) + ".fen") + "\n";
-  }
-  const std::string before_each = "rnbqkbnr/pppp1ppp/8/4p3/4P3/5N2/PPPP1PPP/RNBQKB1R b KQkq - 1 2\n";
-  const EngineRun run = RunEngine({}, input);
-  for (std::size_t i = 0; i < failing.size(); ++i) {
-    EXPECT_EQ(ReadFile(directory.File(std::to_string(i) + ".fen")), before_each) << failing[i];
-  }
-  const std::string P = Prompt("Black 2");
-  for (const std::string& text :
-       {P + "Command ignored (input inconsistent with FEN standard)\nCommand ignored (Illegal position)\n",
-        P + "Command ignored (Illegal position)\n", P + "Illegal move: Ke3\n", P + "Illegal move: Nxe5x\n",
-        P + "Illegal move: O-O\n", P + "Illegal move: usermove e7e5\n",
-        P + "Error (Illegal move): read_pgn " + bad_pgn + "\n",
-        P + "Error (could not read PGN file): read_pgn " + truncated_pgn + "\n",
-        P + "Error (could not open file): read_pgn " + directory.File("missing.pgn") + "\n",
-        P + "Error (could not read FEN file): read_fen " + bad_fen + "\n",
-        P + "Error (Illegal position): read_fen " + illegal_fen + "\n"}) {
-    EXPECT_NE(run.out.find(text), std::string::npos) << text;
+  for (int i = 0; const auto& [command, answer] : failing) input += command + "\nwrite_fen " + d + std::to_string(i++) + ".fen\n";
+  const std::string out = RunEngine({}, input).out;
+  for (int i = 0; const auto& [command, answer] : failing) {
+    EXPECT_EQ(ReadFile(d + std::to_string(i++) + ".fen"), "rnbqkbnr/pppp1ppp/8/4p3/4P3/5N2/PPPP1PPP/RNBQKB1R b KQkq - 1 2\n")
+        << command;
+    EXPECT_NE(out.find(Prompt("Black 2") + answer + (answer.ends_with(": ") ? command + "\n" : "")), std::string::npos)
+        << command;
   }
 }
 

@@ -3,6 +3,8 @@
 // that a command is to end get a depth they can't finish; the others get small depths.
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 #include "e2e/engine_process.h"
 
 namespace {
@@ -12,16 +14,8 @@ const std::string P = Prompt("White 1");
 // The lines of the output after the first prompt.
 std::vector<std::string> Lines(const std::string& out) {
   std::vector<std::string> lines;
-  std::size_t start = out.starts_with(P) ? P.size() : 0;
-  while (start < out.size()) {
-    const std::size_t end = out.find('\n', start);
-    if (end == std::string::npos) {
-      lines.push_back(out.substr(start));
-      break;
-    }
-    lines.push_back(out.substr(start, end - start));
-    start = end + 1;
-  }
+  std::istringstream in(out.substr(out.starts_with(P) ? P.size() : 0));
+  for (std::string line; std::getline(in, line);) lines.push_back(line);
   return lines;
 }
 
