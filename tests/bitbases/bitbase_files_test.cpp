@@ -1,14 +1,12 @@
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "bitbases/bitbase_files.h"
 #include "board/board_test_helpers.h"
+#include "e2e/engine_process.h"
 #include "frame/memory_mapped_file.h"
 #include "frame/tee_stream.h"
 #include "tablebases/tablebase_probe.h"
@@ -21,15 +19,8 @@ using namespace ZephrinBitbases;
 // A directory of bitbase files that the test writes; the tables are unloaded at the end.
 class BitbaseFiles : public ::testing::Test {
  protected:
-  void SetUp() override {
-    UnloadBitbases();
-    directory_ = fs::temp_directory_path() / ("zephrin_bitbases_" + std::to_string(getpid()));
-    fs::create_directories(directory_);
-  }
-  void TearDown() override {
-    UnloadBitbases();
-    fs::remove_all(directory_);
-  }
+  void SetUp() override { UnloadBitbases(); }
+  void TearDown() override { UnloadBitbases(); }
 
   // A new file of `size` zero bytes but for the given ones, written through the writable mapping.
   void Write(const char* name, std::size_t size, const std::vector<std::pair<std::size_t, std::uint8_t>>& bytes) {
@@ -44,14 +35,13 @@ class BitbaseFiles : public ::testing::Test {
     Out.OpenLog(log.string());
     LoadBitbasesFrom(directory_.string());
     Out.OpenLog("");
-    std::stringstream text;
-    text << std::ifstream(log).rdbuf();
-    return text.str();
+    return ReadFile(log.string());
   }
 
   std::string Path(const char* name) const { return (directory_ / name).string(); }
 
-  fs::path directory_;
+  const TemporaryDirectory temporary_;
+  const fs::path directory_{temporary_.path};
 };
 
 TEST_F(BitbaseFiles, OnlyFilesOfTheExactSizeAreMapped) {

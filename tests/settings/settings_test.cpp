@@ -7,12 +7,11 @@
 #include <string>
 #include <vector>
 
-#include <unistd.h>
-
 #include "settings/boolean.h"
 #include "settings/integer.h"
 #include "settings/search_settings_catalogue.h"
 #include "settings/settings_commands.h"
+#include "e2e/engine_process.h"
 #include "interfaces/game_test_helpers.h"
 
 namespace {
@@ -36,10 +35,7 @@ std::vector<std::string> DefaultLines() {
 class SettingsTest : public ::testing::Test {
  protected:
   void SetUp() override { RestoreSearchSettingDefaults(); }
-  void TearDown() override {
-    RestoreSearchSettingDefaults();
-    std::filesystem::remove(path_);
-  }
+  void TearDown() override { RestoreSearchSettingDefaults(); }
 
   std::string WriteLines(const std::vector<std::string>& lines) {
     std::ofstream file(path_);
@@ -47,9 +43,8 @@ class SettingsTest : public ::testing::Test {
     return path_;
   }
 
-  const std::string path_ = (std::filesystem::temp_directory_path() /
-                             ("zephrin_settings_test_" + std::to_string(::getpid()) + ".txt"))
-                                .string();
+  const TemporaryDirectory directory_;
+  const std::string path_ = directory_.File("settings.txt");
 };
 
 TEST_F(SettingsTest, ValuesParseStrictlyAndFailuresKeepTheOldValue) {
