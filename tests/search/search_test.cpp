@@ -125,7 +125,7 @@ TEST_F(SearchTest, RepetitionIsSoughtOrAvoidedByTheDrawScore) {
   EXPECT_GT(search.score, -300);
 }
 
-TEST_F(SearchTest, MaxDepthOneRunsOnlyTheFirstIteration) {
+TEST_F(SearchTest, MaxDepthOneRunsOnlyTheFirstIterationButAnalysisRunsThemAll) {
   Run("r1bqkbnr/pppp1ppp/2n5/4p3/4P3/5N2/PPPP1PPP/RNBQKB1R w KQkq - 2 3", 1);
   EXPECT_EQ(search.depth, 1);
   EXPECT_EQ(search.iteration, 2);  // the loop has ended after iteration 1
@@ -135,14 +135,13 @@ TEST_F(SearchTest, MaxDepthOneRunsOnlyTheFirstIteration) {
   ASSERT_FALSE(search.pv.empty());
   EXPECT_EQ(search.pv[0].move, search.best_move);
   EXPECT_EQ(finished_calls, 1);
-}
 
-TEST_F(SearchTest, AnalyzeIgnoresTheDepthLimitAndRunsAllIterations) {
+  // Analysis ignores the depth limit and runs all iterations.
   Run("k7/8/1K6/8/8/8/8/7R b - - 0 1", 3, {}, SEARCH_ANALYZE);  // one legal move, mated next move
   EXPECT_EQ(search.depth, 79);
   EXPECT_EQ(search.move_count, 1);
   EXPECT_EQ(search.score, -32765);
-  EXPECT_EQ(finished_calls, 1);
+  EXPECT_EQ(finished_calls, 2);
 }
 
 TEST_F(SearchTest, PrincipalVariationIsLegalAndStartsWithTheBestMove) {
@@ -160,7 +159,7 @@ TEST_F(SearchTest, PrincipalVariationIsLegalAndStartsWithTheBestMove) {
   EXPECT_GT(search.nodes, 100u);
 }
 
-TEST_F(SearchTest, HardTimeLimitEndsTheSearchAsIfTimeRanOut) {
+TEST_F(SearchTest, TheClockEndsTheSearchAsTimeRunningOutAFinishedGameAsStopped) {
   Run("r1bq1rk1/pp2bppp/2n1pn2/3p4/2PP4/2N1PN2/PP2BPPP/R2QKB1R w KQ - 0 8", 0, {}, SEARCH_NORMAL, 300);
   EXPECT_EQ(finished_calls, 1);
   EXPECT_FALSE(stopped_by_command);  // the clock ended it, so the move is to be played
@@ -168,11 +167,10 @@ TEST_F(SearchTest, HardTimeLimitEndsTheSearchAsIfTimeRanOut) {
   EXPECT_GE(search.depth, 2);
   // Generous: the poll comes about eight times a second, whatever else runs on the machine.
   EXPECT_LT(MillisecondsBetween(search.start_time, search.stop_time), 2000);
-}
 
-TEST_F(SearchTest, FinishedGameEndsAtOnceAsStoppedByCommand) {
+  // A finished game ends at once, as if stopped by a command.
   Run("7k/6Q1/6K1/8/8/8/8/8 b - - 0 1", 5);  // black is mated
-  EXPECT_EQ(finished_calls, 1);
+  EXPECT_EQ(finished_calls, 2);
   EXPECT_TRUE(stopped_by_command);
   EXPECT_TRUE(search.no_moves);
   EXPECT_EQ(search.best_move, 0u);
