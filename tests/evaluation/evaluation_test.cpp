@@ -13,11 +13,7 @@
 
 namespace {
 
-using evaluation_test::ForEachNode;
-using evaluation_test::FromFen;
-using evaluation_test::KeptSets;
-using evaluation_test::Mirrored;
-using evaluation_test::WalkStarts;
+using namespace evaluation_test;
 
 // Each test starts from empty tables, with the program's draw score 0 and no personality.
 class EvaluateTest : public ::testing::Test {

@@ -6,8 +6,7 @@
 
 namespace {
 
-using evaluation_test::FromFen;
-using evaluation_test::Mirrored;
+using namespace evaluation_test;
 
 TEST(FullEvaluator, EndgameFactorFallsWithMaterial) {
   // Queen and three minors: test value 22.

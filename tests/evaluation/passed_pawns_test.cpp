@@ -9,9 +9,7 @@
 
 namespace {
 
-using evaluation_test::FromFen;
-using evaluation_test::Mirrored;
-using evaluation_test::PassedOf;
+using namespace evaluation_test;
 
 TEST(PassedPawns, OnlyTheLeadingPasserOfAFileCountsAndBlackIsSubtracted) {
   // White: e4 and e6 on one file, and g5, which the h6 pawn stops from being passed.

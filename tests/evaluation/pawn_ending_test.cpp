@@ -12,9 +12,7 @@
 
 namespace {
 
-using evaluation_test::ForEachNode;
-using evaluation_test::FromFen;
-using evaluation_test::Mirrored;
+using namespace evaluation_test;
 
 // A lone passer that the king can't catch: White Ke1, Pa5 against Kh8.
 constexpr const char* RUNNER = "7k/8/8/P7/8/8/8/4K3 w - - 0 1";

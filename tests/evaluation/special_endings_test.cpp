@@ -10,8 +10,7 @@
 
 namespace {
 
-using evaluation_test::FromFen;
-using evaluation_test::Mirrored;
+using namespace evaluation_test;
 
 // The squares of White's rook, Black's rook, White's king, Black's king and White's pawn.
 TEST(RookAndPawnTest, QueeningSquareCutOffKingAndTheBridge) {

@@ -14,8 +14,7 @@
 #include "interfaces/game_test_helpers.h"
 
 using namespace ZephrinInterfaces;
-using test_helpers::CapturedOutput;
-using test_helpers::ScriptedInput;
+using namespace test_helpers;
 
 namespace {
 

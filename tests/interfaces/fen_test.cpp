@@ -8,10 +8,7 @@
 
 namespace {
 
-using ZephrinInterfaces::BoardToFen;
-using ZephrinInterfaces::fen_invalid_position;
-using ZephrinInterfaces::fen_io_error;
-using ZephrinInterfaces::ReadFen;
+using namespace ZephrinInterfaces;
 
 const std::string START = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
 

@@ -6,8 +6,7 @@
 #include "interfaces/game_test_helpers.h"
 
 using namespace ZephrinInterfaces;
-using test_helpers::GameFrom;
-using test_helpers::Play;
+using namespace test_helpers;
 
 namespace {
 

@@ -4,8 +4,7 @@
 
 #include "interfaces/game_test_helpers.h"
 
-using test_helpers::GameFrom;
-using test_helpers::Play;
+using namespace test_helpers;
 
 namespace {
 

@@ -76,12 +76,8 @@ class SearchDriverEdgeTest : public ::testing::Test {
       search().tree->poll_countdown = 1;
       if (!slow) return;
       TimeStamp& start = search().start_time;
-      start.seconds -= 3;
-      start.microseconds -= 100000;
-      if (start.microseconds < 0) {
-        start.microseconds += 1000000;
-        start.seconds -= 1;
-      }
+      const std::int64_t micros = start.seconds * 1000000 + start.microseconds - 3100000;
+      start = {true, micros / 1000000, micros % 1000000};
     };
   }
 
@@ -116,6 +112,17 @@ std::size_t FindAfter(const std::string& out, const std::string& text, std::size
   EXPECT_NE(at, std::string::npos) << "no \"" << text << "\" after position " << from << " in:\n" << out;
   return at == std::string::npos ? from : at;
 }
+
+// What the search showed at one report.
+struct Snapshot {
+  std::string event;
+  int iteration = 0;
+  std::vector<Move> order;
+  Move best_move = 0;
+  std::vector<Move> pv;
+  int score = 0;
+  bool unstable = false;
+};
 
 }  // namespace
 
@@ -192,21 +199,6 @@ TEST_F(SearchDriverEdgeTest, InputOfTheFirstThreeSecondsWaitsAndIsExecutedLater)
   at = FindAfter(Output(), "pong 5\n", at);
   FindAfter(Output(), "Zephrin played: ", at);
 }
-
-namespace {
-
-// What the search showed at one report.
-struct Snapshot {
-  std::string event;
-  int iteration = 0;
-  std::vector<Move> order;
-  Move best_move = 0;
-  std::vector<Move> pv;
-  int score = 0;
-  bool unstable = false;
-};
-
-}  // namespace
 
 TEST_F(SearchDriverEdgeTest, ARefutedNewBestMoveGoesSecondAndTheOldBestReturns) {
   // A position where new best moves turn up while the score lies near the draw score. Only there

@@ -16,10 +16,7 @@
 
 namespace {
 
-using OptimizeInterface::Boolean;
-using OptimizeInterface::DataType;
-using OptimizeInterface::Integer;
-using OptimizeInterface::Settings;
+using namespace OptimizeInterface;
 
 using test_helpers::CapturedOutput;
 

@@ -17,8 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using namespace NalimovTablebases;
-using board_test::At;
-using board_test::FromFen;
+using namespace board_test;
 
 constexpr int KQK = 5;
 
