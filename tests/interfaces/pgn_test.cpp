@@ -126,30 +126,21 @@ TEST(Pgn, PgnExtractReplaysWrittenGames) {
 }
 
 TEST(Pgn, FamousGamesPlayThroughToTheirEnd) {
-  struct Case {
-    const char* file;
-    std::size_t plies;
-    int result;
-    const char* white;
-  };
-  const Case cases[] = {
-      {"opera_game.pgn", 33, RESULT_WHITE_WINS, "Paul Morphy"},
-      {"immortal_game.pgn", 45, RESULT_WHITE_WINS, "Adolf Anderssen"},
-      {"evergreen_game.pgn", 47, RESULT_WHITE_WINS, "Adolf Anderssen"},
-      {"reti_tartakower.pgn", 21, RESULT_WHITE_WINS, "Richard Reti"},
-      {"fools_mate.pgn", 4, RESULT_BLACK_WINS, "?"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.file);
+  for (auto [file, plies, result, white] : {std::tuple{"opera_game.pgn", 33u, RESULT_WHITE_WINS, "Paul Morphy"},
+                                             {"immortal_game.pgn", 45u, RESULT_WHITE_WINS, "Adolf Anderssen"},
+                                             {"evergreen_game.pgn", 47u, RESULT_WHITE_WINS, "Adolf Anderssen"},
+                                             {"reti_tartakower.pgn", 21u, RESULT_WHITE_WINS, "Richard Reti"},
+                                             {"fools_mate.pgn", 4u, RESULT_BLACK_WINS, "?"}}) {
+    SCOPED_TRACE(file);
     PgnTags tags;
-    UserBoard game = LoadPgn(DataFile(c.file), tags);
-    EXPECT_EQ(tags.white, c.white);
+    UserBoard game = LoadPgn(DataFile(file), tags);
+    EXPECT_EQ(tags.white, white);
     // The game stands at its start with the whole game to come.
     EXPECT_TRUE(game.Moves().empty());
-    EXPECT_EQ(game.NextMoves().size(), c.plies);
+    EXPECT_EQ(game.NextMoves().size(), plies);
     EXPECT_EQ(PositionToFen(game), PositionToFen(UserBoard()));
     game.PlayAllNext();
-    EXPECT_EQ(game.Current().result, c.result);
+    EXPECT_EQ(game.Current().result, result);
     EXPECT_EQ(game.Current().reason, REASON_MATE);
   }
 }

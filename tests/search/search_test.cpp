@@ -64,33 +64,23 @@ TEST_F(SearchTest, FindsMatesWithExactScores) {
 // futile for nine plies: these mates were missed at any depth a game reaches. The shown line must
 // not claim a mate that the score doesn't have.
 TEST_F(SearchTest, MatesBehindASacrificeAreFoundAtAGameDepth) {
-  struct Case {
-    const char* fen;
-    int depth;
-    const char* move;
-    int mate;
-  };
-  const Case cases[] = {
-      {"r3r1k1/pp1q1pp1/4b1p1/3p2B1/3Q1R2/8/PPP3PP/4R1K1 w - - 0 1", 12, "d4g7", 4},
-      {"1k1r4/pp1b1R2/3q2pp/4p3/2B5/4Q3/PPP2B2/2K5 b - - 0 1", 6, "d6d1", 3},
-  };
-  for (const Case& c : cases) {
-    Run(c.fen, c.depth);
-    EXPECT_EQ(BestMoveText(), c.move) << c.fen;
-    EXPECT_EQ(search.score, 32767 - (2 * c.mate - 1)) << c.fen;
-    Board end = board_test::FromFen(c.fen);
-    for (const PvMove& move : search.pv) end.MakeMove(move.move);
+  const char* const first = "r3r1k1/pp1q1pp1/4b1p1/3p2B1/3Q1R2/8/PPP3PP/4R1K1 w - - 0 1";
+  for (auto [fen, depth, move, mate] : {std::tuple{first, 12, "d4g7", 4},
+                                        {"1k1r4/pp1b1R2/3q2pp/4p3/2B5/4Q3/PPP2B2/2K5 b - - 0 1", 6, "d6d1", 3}}) {
+    Run(fen, depth);
+    EXPECT_EQ(BestMoveText(), move) << fen;
+    EXPECT_EQ(search.score, 32767 - (2 * mate - 1)) << fen;
+    Board end = board_test::FromFen(fen);
+    for (const PvMove& pv_move : search.pv) end.MakeMove(pv_move.move);
     std::vector<Move> replies;
     GenerateLegalMoves(end, replies);
-    if (replies.empty()) {
-      EXPECT_EQ(search.pv.size(), std::size_t(2 * c.mate - 1)) << c.fen;
-    }
+    EXPECT_TRUE(!replies.empty() || search.pv.size() == std::size_t(2 * mate - 1)) << fen << ": the line ends in mate";
   }
   // Futility proper above the frontier again, as it was: the first mate is out of reach.
   const int saved = min_distance_for_extended_futility_pruning;
   min_distance_for_extended_futility_pruning = 601;
   TranspositionTable.Clear();
-  Run(cases[0].fen, cases[0].depth);
+  Run(first, 12);
   min_distance_for_extended_futility_pruning = saved;
   EXPECT_LT(search.score, 31766);
 }
