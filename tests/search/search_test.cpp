@@ -74,7 +74,8 @@ TEST_F(SearchTest, MatesBehindASacrificeAreFoundAtAGameDepth) {
     for (const PvMove& pv_move : search.pv) end.MakeMove(pv_move.move);
     std::vector<Move> replies;
     GenerateLegalMoves(end, replies);
-    EXPECT_TRUE(!replies.empty() || search.pv.size() == std::size_t(2 * mate - 1)) << fen << ": the line ends in mate";
+    EXPECT_TRUE(!replies.empty() || search.pv.size() == std::size_t(2 * mate - 1))
+        << fen << ": a line ending in mate is as long as the mate";
   }
   // Futility proper above the frontier again, as it was: the first mate is out of reach.
   const int saved = min_distance_for_extended_futility_pruning;

@@ -54,13 +54,9 @@ TEST_F(SettingsTest, ValuesParseStrictlyAndFailuresKeepTheOldValue) {
   EXPECT_TRUE(bonus.Initialized());
   EXPECT_EQ(bonus.ToString(), "1 -2 5");
   const std::vector<std::pair<std::string, std::string>> failures = {
-      {"1 2", "invalid size"},
-      {"1 2 3 4", "invalid size"},
-      {"", "invalid size"},
-      {"1 +2 3", "could not parse integer: +2"},
-      {"1 2 3x", "could not parse integer: 3x"},
-      {"1 2 6", "value out of bounds"},
-      {"-6 2 3", "value out of bounds"},
+      {"1 2", "invalid size"}, {"1 2 3 4", "invalid size"}, {"", "invalid size"},
+      {"1 +2 3", "could not parse integer: +2"}, {"1 2 3x", "could not parse integer: 3x"},
+      {"1 2 6", "value out of bounds"}, {"-6 2 3", "value out of bounds"},
   };
   for (const auto& [text, reason] : failures) {
     try {
@@ -106,9 +102,7 @@ TEST_F(SettingsTest, ModifyChangesAllVariablesOrNone) {
       {"limited_razoring_margin=0", "could not parse new value: value out of bounds"},
       {"capture_move_sorting_bonus=0 4 5", "could not parse new value: invalid size"},
       {"root_distance_multiplier=12x", "could not parse new value: could not parse integer: 12x"},
-      {"foo=1", "unknown variable: foo"},
-      {"enable_ettc", "seperator missing (';')"},
-      {";", "seperator missing (';')"},
+      {"foo=1", "unknown variable: foo"}, {"enable_ettc", "seperator missing (';')"}, {";", "seperator missing (';')"},
       {"enable_ettc='false", "could not tokenize the input string"},
       // Earlier assignments of a failing command are not applied either.
       {"enable_ettc=false;min_ply_for_null_move=7;foo=1", "unknown variable: foo"},
