@@ -4,8 +4,6 @@
 
 #include "evaluation_test_support.h"
 
-namespace {
-
 using namespace evaluation_test;
 
 TEST(FullEvaluator, EndgameFactorFallsWithMaterial) {
@@ -62,5 +60,3 @@ TEST(FullEvaluator, PawnUpCompensationWeighsTheAttackPotentials) {
   EXPECT_EQ(PawnUpCompensation(record, FromFen("4k3/ppp5/8/8/8/8/PPP5/4K3 w - - 0 1")), ScorePair());
   EXPECT_EQ(PawnUpCompensation(record, FromFen("4k3/pp6/8/8/8/8/PPPP4/4K3 w - - 0 1")), ScorePair());
 }
-
-}  // namespace

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-
 // How sizes round is tested with the resize command.
 TEST(EvaluationHashTable, Overwrites) {
   EVALUATION_HASH_TABLE table;
@@ -26,5 +24,3 @@ TEST(EvaluationHashTable, Overwrites) {
   EXPECT_EQ(table.Probe(0x99 + 64, 0), EVALUATION_PROBE_MISS);
   EXPECT_EQ(table.FreeSlotCount(), 64u);
 }
-
-}  // namespace
