@@ -39,9 +39,8 @@ std::string ReadError(const std::string& text) {
   UserBoard game = GameFrom();
   Play(game, "e4 c5 Nf3");
   game.UndoMove();
-  const std::string fen = PositionToFen(game);
-  const std::vector<Move> moves = game.Moves();
-  const std::deque<Move> next = game.NextMoves();
+  auto state = [&game] { return std::tuple(PositionToFen(game), game.Moves(), game.NextMoves()); };
+  const auto before = state();
   PgnTags tags;
   tags.event = "unchanged";
   std::istringstream in(text);
@@ -51,9 +50,7 @@ std::string ReadError(const std::string& text) {
   } catch (const UserBoard::user_exception& failure) {
     error = failure.what();
   }
-  EXPECT_EQ(PositionToFen(game), fen);
-  EXPECT_EQ(game.Moves(), moves);
-  EXPECT_EQ(game.NextMoves(), next);
+  EXPECT_EQ(state(), before);
   EXPECT_EQ(tags.event, "unchanged");
   return error;
 }
