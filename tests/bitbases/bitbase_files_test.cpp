@@ -45,22 +45,18 @@ class BitbaseFiles : public ::testing::Test {
 };
 
 TEST_F(BitbaseFiles, OnlyFilesOfTheExactSizeAreMapped) {
-  const struct {
-    std::ptrdiff_t two_pawns_extra;
-    std::ptrdiff_t rammed_pawn_extra;
-    bool two_pawns_loaded;
-    bool rammed_pawn_loaded;
-  } cases[] = {{0, 0, true, true}, {1, -1, false, false}, {-1, 1, false, false}, {0, 1, true, false}};
-  for (const auto& c : cases) {
+  // Bytes more or less than the size of each file, and whether it is then mapped.
+  for (auto [two_pawns_extra, rammed_pawn_extra, two_pawns_loaded, rammed_pawn_loaded] :
+       {std::tuple{0, 0, true, true}, {1, -1, false, false}, {-1, 1, false, false}, {0, 1, true, false}}) {
     UnloadBitbases();
-    Write(TWO_PAWNS_FILE, TWO_PAWNS_SIZE + c.two_pawns_extra, {});
-    Write(RAMMED_PAWN_FILE, RAMMED_PAWN_SIZE + c.rammed_pawn_extra, {});
+    Write(TWO_PAWNS_FILE, TWO_PAWNS_SIZE + two_pawns_extra, {});
+    Write(RAMMED_PAWN_FILE, RAMMED_PAWN_SIZE + rammed_pawn_extra, {});
     const std::string log = Load();
-    EXPECT_EQ(TwoPawnsData() != nullptr, c.two_pawns_loaded);
-    EXPECT_EQ(RammedPawnData() != nullptr, c.rammed_pawn_loaded);
-    EXPECT_NE(log.find(c.two_pawns_loaded ? "- two pawns bitbases found\n" : "Warning: Failed to open two pawns bitbases.\n"),
+    EXPECT_EQ(TwoPawnsData() != nullptr, two_pawns_loaded);
+    EXPECT_EQ(RammedPawnData() != nullptr, rammed_pawn_loaded);
+    EXPECT_NE(log.find(two_pawns_loaded ? "- two pawns bitbases found\n" : "Warning: Failed to open two pawns bitbases.\n"),
               std::string::npos) << log;
-    EXPECT_NE(log.find(c.rammed_pawn_loaded ? "- rammed pawn bitbases found\n" : "Warning: Failed to open rammed pawn bitbases\n"),
+    EXPECT_NE(log.find(rammed_pawn_loaded ? "- rammed pawn bitbases found\n" : "Warning: Failed to open rammed pawn bitbases\n"),
               std::string::npos) << log;
   }
 
