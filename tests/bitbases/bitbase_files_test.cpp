@@ -1,14 +1,12 @@
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "bitbases/bitbase_files.h"
 #include "board/board_test_helpers.h"
+#include "e2e/engine_process.h"
 #include "frame/memory_mapped_file.h"
 #include "frame/tee_stream.h"
 #include "tablebases/tablebase_probe.h"
@@ -21,15 +19,8 @@ using namespace ZephrinBitbases;
 // A directory of bitbase files that the test writes; the tables are unloaded at the end.
 class BitbaseFiles : public ::testing::Test {
  protected:
-  void SetUp() override {
-    UnloadBitbases();
-    directory_ = fs::temp_directory_path() / ("zephrin_bitbases_" + std::to_string(getpid()));
-    fs::create_directories(directory_);
-  }
-  void TearDown() override {
-    UnloadBitbases();
-    fs::remove_all(directory_);
-  }
+  void SetUp() override { UnloadBitbases(); }
+  void TearDown() override { UnloadBitbases(); }
 
   // A new file of `size` zero bytes but for the given ones, written through the writable mapping.
   void Write(const char* name, std::size_t size, const std::vector<std::pair<std::size_t, std::uint8_t>>& bytes) {
@@ -44,33 +35,28 @@ class BitbaseFiles : public ::testing::Test {
     Out.OpenLog(log.string());
     LoadBitbasesFrom(directory_.string());
     Out.OpenLog("");
-    std::stringstream text;
-    text << std::ifstream(log).rdbuf();
-    return text.str();
+    return ReadFile(log.string());
   }
 
   std::string Path(const char* name) const { return (directory_ / name).string(); }
 
-  fs::path directory_;
+  const TemporaryDirectory temporary_;
+  const fs::path directory_{temporary_.path};
 };
 
 TEST_F(BitbaseFiles, OnlyFilesOfTheExactSizeAreMapped) {
-  const struct {
-    std::ptrdiff_t two_pawns_extra;
-    std::ptrdiff_t rammed_pawn_extra;
-    bool two_pawns_loaded;
-    bool rammed_pawn_loaded;
-  } cases[] = {{0, 0, true, true}, {1, -1, false, false}, {-1, 1, false, false}, {0, 1, true, false}};
-  for (const auto& c : cases) {
+  // Bytes more or less than the size of each file, and whether it is then mapped.
+  for (auto [two_pawns_extra, rammed_pawn_extra, two_pawns_loaded, rammed_pawn_loaded] :
+       {std::tuple{0, 0, true, true}, {1, -1, false, false}, {-1, 1, false, false}, {0, 1, true, false}}) {
     UnloadBitbases();
-    Write(TWO_PAWNS_FILE, TWO_PAWNS_SIZE + c.two_pawns_extra, {});
-    Write(RAMMED_PAWN_FILE, RAMMED_PAWN_SIZE + c.rammed_pawn_extra, {});
+    Write(TWO_PAWNS_FILE, TWO_PAWNS_SIZE + two_pawns_extra, {});
+    Write(RAMMED_PAWN_FILE, RAMMED_PAWN_SIZE + rammed_pawn_extra, {});
     const std::string log = Load();
-    EXPECT_EQ(TwoPawnsData() != nullptr, c.two_pawns_loaded);
-    EXPECT_EQ(RammedPawnData() != nullptr, c.rammed_pawn_loaded);
-    EXPECT_NE(log.find(c.two_pawns_loaded ? "- two pawns bitbases found\n" : "Warning: Failed to open two pawns bitbases.\n"),
+    EXPECT_EQ(TwoPawnsData() != nullptr, two_pawns_loaded);
+    EXPECT_EQ(RammedPawnData() != nullptr, rammed_pawn_loaded);
+    EXPECT_NE(log.find(two_pawns_loaded ? "- two pawns bitbases found\n" : "Warning: Failed to open two pawns bitbases.\n"),
               std::string::npos) << log;
-    EXPECT_NE(log.find(c.rammed_pawn_loaded ? "- rammed pawn bitbases found\n" : "Warning: Failed to open rammed pawn bitbases\n"),
+    EXPECT_NE(log.find(rammed_pawn_loaded ? "- rammed pawn bitbases found\n" : "Warning: Failed to open rammed pawn bitbases\n"),
               std::string::npos) << log;
   }
 

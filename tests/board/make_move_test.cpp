@@ -2,8 +2,6 @@
 
 #include "board/board_test_helpers.h"
 
-namespace {
-
 using namespace board_test;
 
 TEST(MakeMove, CastlingRightsAndTheirKeys) {
@@ -132,5 +130,3 @@ TEST(ToggleSide, HandsTheMoveOver) {
   Board check = FromFen("4k3/8/8/8/8/8/8/R3K2r w - - 0 1");
   EXPECT_FALSE(check.ToggleSide());
 }
-
-}  // namespace

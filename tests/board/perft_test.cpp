@@ -1,3 +1,4 @@
+#include <array>
 #include <cstdint>
 
 #include <gtest/gtest.h>
@@ -19,13 +20,8 @@ std::uint64_t Perft(Board& board, int depth) {
   return total;
 }
 
-struct PerftCase {
-  const char* fen;
-  std::uint64_t counts[4];
-};
-
 // Published counts for depths 1..4 (depth 4 only where it stays fast under the sanitizers).
-const PerftCase CASES[] = {
+const std::pair<const char*, std::array<std::uint64_t, 4>> CASES[] = {
     {"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", {20, 400, 8902, 197281}},
     {"r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1", {48, 2039, 97862, 0}},
     {"8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1", {14, 191, 2812, 43238}},
@@ -35,10 +31,10 @@ const PerftCase CASES[] = {
 };
 
 TEST(Perft, PublishedCountsOfTheStandardPositions) {
-  for (const PerftCase& c : CASES) {
-    Board board = board_test::FromFen(c.fen);
-    for (int depth = 1; depth <= 4 && c.counts[depth - 1]; ++depth)
-      EXPECT_EQ(Perft(board, depth), c.counts[depth - 1]) << c.fen << " depth " << depth;
+  for (const auto& [fen, counts] : CASES) {
+    Board board = board_test::FromFen(fen);
+    for (int depth = 1; depth <= 4 && counts[depth - 1]; ++depth)
+      EXPECT_EQ(Perft(board, depth), counts[depth - 1]) << fen << " depth " << depth;
   }
 }
 

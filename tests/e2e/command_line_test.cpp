@@ -37,20 +37,21 @@ TEST(CommandLineEndToEnd, OptionsRunBeforeTheLoopWithForceFirst) {
   EXPECT_NE(run.out.find("feature myname=\"Zephrin two words\"\n"), std::string::npos);
   EXPECT_EQ(run.err, "");
   EXPECT_EQ(run.status, 0);
-}
 
-TEST(CommandLineEndToEnd, ValuesGivenWithEqualsMayBeNegative) {
-  const EngineRun run = RunEngine({"--contempt=-20", "--personality", "Fenx"}, "personality\nprotover 2\n");
-  EXPECT_TRUE(run.out.starts_with(P + "Personality: Fenx (1000)\n" + P + "feature analyze=1\n")) << run.out;
-  EXPECT_NE(run.out.find("feature myname=\"Fenx Zephrin\"\n"), std::string::npos);
-  EXPECT_EQ(run.status, 0);
-}
+  // Values given with "=" may be negative.
+  const EngineRun equals = RunEngine({"--contempt=-20", "--personality", "Fenx"}, "personality\nprotover 2\n");
+  EXPECT_TRUE(equals.out.starts_with(P + "Personality: Fenx (1000)\n" + P + "feature analyze=1\n")) << equals.out;
+  EXPECT_NE(equals.out.find("feature myname=\"Fenx Zephrin\"\n"), std::string::npos);
+  EXPECT_EQ(equals.status, 0);
 
-TEST(CommandLineEndToEnd, AWordWithoutDashesWarnsAndWorks) {
-  const EngineRun run = RunEngine({"hash", "trans", "8M"}, "hash\n");
-  EXPECT_EQ(run.err, "Warning: Expecting '-' before option \"hash\"! Continuing...\n");
-  EXPECT_TRUE(run.out.starts_with(P + "transposition table: 6.00 megabyte\n")) << run.out;
-  EXPECT_EQ(run.status, 0);
+  // A word without dashes warns and works; empty arguments are skipped.
+  const EngineRun word = RunEngine({"hash", "trans", "8M", ""}, "hash\n");
+  EXPECT_EQ(word.err, "Warning: Expecting '-' before option \"hash\"! Continuing...\n");
+  EXPECT_TRUE(word.out.starts_with(P + "transposition table: 6.00 megabyte\n")) << word.out;
+  EXPECT_EQ(word.status, 0);
+  const EngineRun empty = RunEngine({"", "--sd", "3", ""}, "");
+  EXPECT_EQ(empty.out, P);
+  EXPECT_EQ(empty.status, 0);
 }
 
 TEST(CommandLineEndToEnd, BadOptionsStopWithStatusOne) {
@@ -58,13 +59,8 @@ TEST(CommandLineEndToEnd, BadOptionsStopWithStatusOne) {
     std::vector<std::string> arguments;
     std::string text;
   } cases[] = {
-      {{"-"}, "-"},
-      {{"--"}, "--"},
-      {{"--bogus"}, "--bogus"},
-      {{"---version"}, "---version"},
-      {{"--version="}, "--version="},
-      {{"--=version"}, "--=version"},
-      {{"--ping", "1"}, "--ping"},
+      {{"-"}, "-"}, {{"--"}, "--"}, {{"--bogus"}, "--bogus"}, {{"---version"}, "---version"},
+      {{"--version="}, "--version="}, {{"--=version"}, "--=version"}, {{"--ping", "1"}, "--ping"},
       {{"--sd", "4", "-"}, "-"},
       {{"--contempt", "-20"}, "Error (wrong number of arguments): contempt"},
       {{"--hash", "trans"}, "Error (wrong number of arguments): hash trans"},
@@ -78,10 +74,4 @@ TEST(CommandLineEndToEnd, BadOptionsStopWithStatusOne) {
     EXPECT_EQ(run.out, Stopped(c.text)) << c.arguments[0];
     EXPECT_EQ(run.status, 1) << c.arguments[0];
   }
-}
-
-TEST(CommandLineEndToEnd, EmptyArgumentsAreSkipped) {
-  const EngineRun run = RunEngine({"", "--sd", "3", ""}, "");
-  EXPECT_EQ(run.out, P);
-  EXPECT_EQ(run.status, 0);
 }

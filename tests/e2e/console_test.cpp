@@ -1,6 +1,8 @@
 // The console protocol as a person at the terminal sees it.
 #include <gtest/gtest.h>
 
+#include <regex>
+
 #include "e2e/engine_process.h"
 
 namespace {
@@ -31,17 +33,12 @@ TEST(ConsoleEndToEnd, AnswersAndRefusalsInTheProgramsWords) {
 }
 
 TEST(ConsoleEndToEnd, UnsupportedAndIgnoredWords) {
-  const EngineRun run = RunEngine({}, "bk\nvariant normal\nics\npause\nresume\nrandom\naccepted\nrejected 1\n?\n.\n");
-  EXPECT_EQ(run.out, P + "Error (command is not supported): bk\n" +
-                         P + "Error (command is not supported): variant normal\n" +
-                         P + "Error (command is not supported): ics\n" +
-                         P + "Error (command is not supported): pause\n" +
-                         P + "Error (command is not supported): resume\n" +
-                         P + "Command ignored (command is not supported)\n" +
-                         P + "Command ignored (command is not supported)\n" +
-                         P + "Command ignored (command is not supported)\n" +
-                         P + "Command ignored (no search running)\n" +
-                         P + "Command ignored (no search running)\n" + P);
+  std::string expected = P;
+  for (std::string word : {"bk", "variant normal", "ics", "pause", "resume"})
+    expected += "Error (command is not supported): " + word + "\n" + P;
+  for (int i = 0; i < 5; ++i)  // random, accepted, rejected; then ? and . with no search
+    expected += std::string("Command ignored (") + (i < 3 ? "command is not supported" : "no search running") + ")\n" + P;
+  EXPECT_EQ(RunEngine({}, "bk\nvariant normal\nics\npause\nresume\nrandom\naccepted\nrejected 1\n?\n.\n").out, expected);
 }
 
 TEST(ConsoleEndToEnd, SettingsThatNeedNothingElse) {
@@ -58,19 +55,11 @@ TEST(ConsoleEndToEnd, SettingsThatNeedNothingElse) {
 }
 
 TEST(ConsoleEndToEnd, GreetingsOnReturningToTheConsole) {
-  const EngineRun run = RunEngine({}, "xboard\nconsole\nname Garry Kasparov\nconsole\n");
-  const std::vector<std::string> greetings = {"Hallo", "Guten Tag", "Welcome", "Zephrin welcomes you",
-                                              "Zephrin ist bereit", "Ave und beim Jupiter"};
-  ASSERT_TRUE(run.out.starts_with(P)) << run.out;
-  const std::string rest = run.out.substr(P.size());
-  const std::size_t first_end = rest.find("!\n");
-  ASSERT_NE(first_end, std::string::npos) << rest;
-  const std::string first = rest.substr(0, first_end);
-  EXPECT_NE(std::find(greetings.begin(), greetings.end(), first), greetings.end()) << first;
-  const std::string after = rest.substr(first_end + 2);
-  // Then the prompt, the name, and a greeting that names the opponent.
-  ASSERT_TRUE(after.starts_with(P + P)) << after;
-  EXPECT_TRUE(after.ends_with(", Garry Kasparov!\n" + P)) << after;
+  const std::string out = RunEngine({}, "xboard\nconsole\nname Garry Kasparov\nconsole\n").out;
+  // A greeting; then the prompt, the name, and a greeting that names the opponent.
+  EXPECT_TRUE(std::regex_match(out, std::regex(P + "(Hallo|Guten Tag|Welcome|Zephrin welcomes you|Zephrin ist bereit|"
+                                                   "Ave und beim Jupiter)!\n" + P + P + "[^]*, Garry Kasparov!\n" + P)))
+      << out;
 }
 
 TEST(ConsoleEndToEnd, VersionAndHelp) {

@@ -1,7 +1,6 @@
 // The endgame database commands as a person sees them: the status of the databases, probing a
 // position, and the optimize_piece aid, which reads its own line.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -26,13 +25,10 @@ std::string Status(const char* two_pawns) {
 // A copy of the engine in a directory of its own, so that the bitbase files beside it are the test's
 // (`make run` puts one beside the built engine).
 struct EngineCopy {
-  EngineCopy() : directory(fs::temp_directory_path() / ("zephrin_e2e_bitbases_" + std::to_string(getpid()))) {
-    fs::create_directories(directory);
-    fs::copy_file(ZEPHRIN_BINARY, binary(), fs::copy_options::overwrite_existing);
-  }
-  ~EngineCopy() { fs::remove_all(directory); }
+  EngineCopy() { fs::copy_file(ZEPHRIN_BINARY, binary()); }
   std::string binary() const { return (directory / "zephrin").string(); }
-  fs::path directory;
+  const TemporaryDirectory temporary;
+  const fs::path directory{temporary.path};
 };
 
 }  // namespace

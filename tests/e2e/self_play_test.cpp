@@ -9,27 +9,22 @@
 #include <vector>
 
 #include "board/move_generator.h"
-#include "e2e/engine_session.h"
+#include "e2e/engine_process.h"
 #include "interfaces/fen.h"
 #include "interfaces/game_board.h"
 #include "interfaces/move_text.h"
 
-namespace {
-
 using namespace ZephrinInterfaces;
 
-bool StartsWith(const std::string& text, const std::string& prefix) { return text.rfind(prefix, 0) == 0; }
-
-}  // namespace
-
 TEST(SelfPlayEndToEnd, SixtyMovesOrARuleEndWithOnlyLegalMoves) {
-  using Clock = std::chrono::steady_clock;
-  const auto deadline = Clock::now() + std::chrono::seconds(120);
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(120);
+  auto is_result = [](const std::string& line) {
+    return line.starts_with("1-0") || line.starts_with("0-1") || line.starts_with("1/2-1/2");
+  };
 
   GameBoard board;
   ReadFen("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", board);
   std::vector<std::uint64_t> keys;
-
   EngineSession engine;
   ASSERT_TRUE(engine.Started());
   // Force mode with "go" for each move: the engine takes the side to move every time.
@@ -45,10 +40,9 @@ TEST(SelfPlayEndToEnd, SixtyMovesOrARuleEndWithOnlyLegalMoves) {
     std::string line, move_text;
     while (move_text.empty()) {
       ASSERT_TRUE(engine.ReadLine(line, deadline)) << "no move at ply " << plies;
-      if (StartsWith(line, "move ")) move_text = line.substr(5);
-      ASSERT_FALSE(StartsWith(line, "Illegal") || StartsWith(line, "Error")) << line << " at ply " << plies;
-      ASSERT_FALSE(StartsWith(line, "1-0") || StartsWith(line, "0-1") || StartsWith(line, "1/2-1/2"))
-          << "a result before a move at ply " << plies << ": " << line;
+      if (line.starts_with("move ")) move_text = line.substr(5);
+      ASSERT_FALSE(line.starts_with("Illegal") || line.starts_with("Error") || is_result(line))
+          << line << " at ply " << plies;
     }
 
     Move move = 0;
@@ -68,7 +62,7 @@ TEST(SelfPlayEndToEnd, SixtyMovesOrARuleEndWithOnlyLegalMoves) {
     while (true) {
       ASSERT_TRUE(engine.ReadLine(line, deadline)) << "no " << pong;
       if (line == pong) break;
-      if (StartsWith(line, "1-0") || StartsWith(line, "0-1") || StartsWith(line, "1/2-1/2")) {
+      if (is_result(line)) {
         result_line = line;
       } else if (line != "resign" && line != "offer draw") {
         ADD_FAILURE() << "unexpected line after move " << move_text << ": " << line;

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "e2e/engine_session.h"
+#include "e2e/engine_process.h"
 #include "frame/time_stamp.h"
 #include "interfaces/move_text.h"
 #include "interfaces/uci_protocol.h"

@@ -16,7 +16,7 @@ std::string Features(const std::string& name) {
 
 }  // namespace
 
-TEST(XBoardEndToEnd, Protover2SendsNineteenFeatures) {
+TEST(XBoardEndToEnd, ProtoverSendsTheFeaturesWithTheName) {
   const EngineRun run = RunEngine({}, "xboard\nprotover 2\nping 1\n");
   EXPECT_EQ(run.out, P + Features("Zephrin") + "pong 1\n");
   EXPECT_EQ(run.status, 0);
@@ -25,9 +25,8 @@ TEST(XBoardEndToEnd, Protover2SendsNineteenFeatures) {
   EXPECT_EQ(RunEngine({}, "protover 1\nping 2\n").out, P + "pong 2\n");
   EXPECT_EQ(RunEngine({}, "protover 3\n").out, P + Features("Zephrin"));
   EXPECT_EQ(RunEngine({}, "xboard\n").out, P);
-}
 
-TEST(XBoardEndToEnd, IdChangesTheNameGivenInTheFeatures) {
+  // id changes the name given in the features.
   EXPECT_EQ(RunEngine({}, "id ##Foo\nprotover 2\n").out, P + P + Features("Foo"));
   EXPECT_EQ(RunEngine({}, "id test build\nprotover 2\n").out, P + P + Features("Zephrin test build"));
   EXPECT_EQ(RunEngine({}, "id ##\nprotover 2\n").out, P + P + Features("Zephrin ##"));

@@ -4,8 +4,6 @@
 
 #include "evaluation_test_support.h"
 
-namespace {
-
 using evaluation_test::FromFen;
 
 TEST(EvaluationRecord, BasicFactsOfThePawnsFilesAndKings) {
@@ -66,5 +64,3 @@ TEST(EvaluationRecord, TheLazyTestAnswersOnlyBeyondItsMargin) {
   EXPECT_FALSE(TakeLazyExit(record, 100, 5000, 700, answer));
   EXPECT_FALSE(record.lazy);
 }
-
-}  // namespace

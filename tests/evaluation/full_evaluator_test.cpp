@@ -4,10 +4,7 @@
 
 #include "evaluation_test_support.h"
 
-namespace {
-
-using evaluation_test::FromFen;
-using evaluation_test::Mirrored;
+using namespace evaluation_test;
 
 TEST(FullEvaluator, EndgameFactorFallsWithMaterial) {
   // Queen and three minors: test value 22.
@@ -17,11 +14,7 @@ TEST(FullEvaluator, EndgameFactorFallsWithMaterial) {
 }
 
 TEST(FullEvaluator, MaterialImbalanceByTradesOfPieces) {
-  struct Case {
-    const char* fen;
-    ScorePair expected;
-  };
-  const Case cases[] = {
+  const std::pair<const char*, ScorePair> cases[] = {
       {"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", ScorePair(0, 0)},
       {"1nbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQk - 0 1", ScorePair(400, 180)},  // a rook up
       {"1n1bk3/pppp4/8/8/8/8/PPPP4/3QK3 w - - 0 1", ScorePair(400, 180)},  // queen for two minors
@@ -30,10 +23,9 @@ TEST(FullEvaluator, MaterialImbalanceByTradesOfPieces) {
       {"3qk3/pppp4/8/8/8/8/PPPP4/1NB1K1N1 w - - 0 1", ScorePair(50, 100)},  // three minors for a queen
       {"1n2k3/pppp4/8/8/8/8/PPPP4/R3K3 w - - 0 1", ScorePair(0, 0)},        // the exchange
   };
-  for (const Case& c : cases) {
-    Board board = FromFen(c.fen);
-    EXPECT_EQ(MaterialImbalance(board), c.expected) << c.fen;
-    EXPECT_EQ(MaterialImbalance(Mirrored(board)), -c.expected) << c.fen;
+  for (const auto& [fen, expected] : cases) {
+    EXPECT_EQ(MaterialImbalance(FromFen(fen)), expected) << fen;
+    EXPECT_EQ(MaterialImbalance(Mirrored(FromFen(fen))), -expected) << fen;
   }
 }
 
@@ -68,5 +60,3 @@ TEST(FullEvaluator, PawnUpCompensationWeighsTheAttackPotentials) {
   EXPECT_EQ(PawnUpCompensation(record, FromFen("4k3/ppp5/8/8/8/8/PPP5/4K3 w - - 0 1")), ScorePair());
   EXPECT_EQ(PawnUpCompensation(record, FromFen("4k3/pp6/8/8/8/8/PPPP4/4K3 w - - 0 1")), ScorePair());
 }
-
-}  // namespace

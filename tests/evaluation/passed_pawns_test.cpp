@@ -9,9 +9,7 @@
 
 namespace {
 
-using evaluation_test::FromFen;
-using evaluation_test::Mirrored;
-using evaluation_test::PassedOf;
+using namespace evaluation_test;
 
 TEST(PassedPawns, OnlyTheLeadingPasserOfAFileCountsAndBlackIsSubtracted) {
   // White: e4 and e6 on one file, and g5, which the h6 pawn stops from being passed.
@@ -70,12 +68,7 @@ TEST(PassedPawns, SimpleValueByRankRooksBlockerAndKings) {
 // The king catches an a-pawn on the fifth rank from e5 only with the move; from f5 never. The
 // pawn's side has a knight: without pieces on both sides it would be a pawn ending.
 TEST(BareKingRunners, TheKingCatchesThePawnByOneTempoOrNot) {
-  struct Case {
-    const char* fen;
-    int expected;
-    RunnerCase runner_case;
-  };
-  const Case cases[] = {
+  const std::tuple<const char*, int, RunnerCase> cases[] = {
       {"8/8/8/P3k3/8/8/8/K6N w - - 0 1", 760, RunnerCase::NONE},  // out of the square
       {"8/8/8/P3k3/8/8/8/K6N b - - 0 1", 0, RunnerCase::NONE},    // caught; no bitbase win
       {"8/3k4/1K6/1P6/8/8/8/7N b - - 0 1", 225, RunnerCase::NONE},  // caught, but king and pawn win
@@ -85,22 +78,21 @@ TEST(BareKingRunners, TheKingCatchesThePawnByOneTempoOrNot) {
       // Caught, and Black has a passer of its own: left to the simple evaluator.
       {"8/8/8/P2k4/8/8/7p/K5N1 w - - 0 1", 0, RunnerCase::WHITE_PAWNS_AGAINST_BLACK_PASSERS},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.fen);
-    Board board = FromFen(c.fen);
+  for (const auto& [fen, expected, expected_case] : cases) {
+    SCOPED_TRACE(fen);
+    Board board = FromFen(fen);
     EvaluationRecord record = PassedOf(board);
     FindPassedFronts(record);
     RunnerCase runner_case;
-    EXPECT_EQ(BareKingRunners(record, board, runner_case), c.expected);
-    EXPECT_EQ(runner_case, c.runner_case);
+    EXPECT_EQ(BareKingRunners(record, board, runner_case), expected);
+    EXPECT_EQ(runner_case, expected_case);
 
     Board mirror = Mirrored(board);
     EvaluationRecord mirrored = PassedOf(mirror);
     FindPassedFronts(mirrored);
-    EXPECT_EQ(BareKingRunners(mirrored, mirror, runner_case), -c.expected);
-    RunnerCase expected_mirror = c.runner_case == RunnerCase::NONE ? RunnerCase::NONE
-                                                                    : RunnerCase::BLACK_PAWNS_AGAINST_WHITE_PASSERS;
-    EXPECT_EQ(runner_case, expected_mirror);
+    EXPECT_EQ(BareKingRunners(mirrored, mirror, runner_case), -expected);
+    EXPECT_EQ(runner_case, expected_case == RunnerCase::NONE ? RunnerCase::NONE
+                                                             : RunnerCase::BLACK_PAWNS_AGAINST_WHITE_PASSERS);
   }
 }
 

@@ -12,9 +12,7 @@
 
 namespace {
 
-using evaluation_test::ForEachNode;
-using evaluation_test::FromFen;
-using evaluation_test::Mirrored;
+using namespace evaluation_test;
 
 // A lone passer that the king can't catch: White Ke1, Pa5 against Kh8.
 constexpr const char* RUNNER = "7k/8/8/P7/8/8/8/4K3 w - - 0 1";
@@ -39,27 +37,22 @@ class PawnEndingTest : public ::testing::Test {
   EvaluationRecord record;
 };
 
-// Hand-worked, White's view. Ke1, Pa5 against Kh8: passer 122 (rank value 95, free stop square 6,
-// kings -2 - 6 + 9 + 20), tripled 366; the runner 760 with White to move, 720 with Black, doubled;
-// pawn structure 9 (table 6, isolated -14, queenside majority 17) and majority term 18, tripled 81;
-// the black king is held in the pawn's square on h8 while White's reaches 59 squares: 3 * 58.
-TEST_F(PawnEndingTest, ALonePasserOutsideTheKingsSquareRuns) {
+// Hand-worked, White's view. Ke1, Pa5 against Kh8: a lone passer outside the king's square runs.
+// Passer 122 (rank value 95, free stop square 6, kings -2 - 6 + 9 + 20), tripled 366; the runner
+// 760 with White to move, 720 with Black, doubled; pawn structure 9 (table 6, isolated -14,
+// queenside majority 17) and majority term 18, tripled 81; the black king is held in the pawn's
+// square on h8 while White's reaches 59 squares: 3 * 58.
+TEST_F(PawnEndingTest, HandWorkedPositions) {
   EXPECT_EQ(EvaluateAt(FromFen(RUNNER), 0), 300 + 1520 + 366 + 81 + 174);
   EXPECT_FALSE(record.lazy);
   EXPECT_EQ(EvaluateAt(FromFen(RUNNER_BLACK_TO_MOVE), 0), -300 - (1440 + 366 + 81 + 174));
   EXPECT_FALSE(record.lazy);
-}
-
-// Ke1, Pa5, Pg2 against Kh8, Pg6: as above, but the pawn structure holds g2 (4 - 10) and g6
-// (4 - 10), the g2 pawn can step twice (+16), and White's king reaches 56 squares.
-TEST_F(PawnEndingTest, APawnThatCanStepTwiceGainsATempo) {
+  // With Pg2 against Pg6 besides: the pawn structure holds g2 (4 - 10) and g6 (4 - 10), the g2
+  // pawn can step twice and gains a tempo (+16), and White's king reaches 56 squares.
   EXPECT_EQ(EvaluateAt(FromFen("7k/8/6p1/P7/8/8/6P1/4K3 w - - 0 1"), 0), 300 + 1520 + 366 + 81 + 16 + 165);
-}
-
-// Kd1, Pa4, Ph4 against Ke8, Pd5: passers 58 + 52 - 35, tripled 225; no race without the two-pawn
-// table; pawn structure -13 + 2 * 17 and majority term 18, tripled 117; passers on both wings 60;
-// kings reach 32 and 7 squares, 3 * 25.
-TEST_F(PawnEndingTest, PassersOnBothWingsAndOnBothSides) {
+  // Passers on both wings and on both sides, Kd1, Pa4, Ph4 against Ke8, Pd5: passers 58 + 52 - 35,
+  // tripled 225; no race without the two-pawn table; pawn structure -13 + 2 * 17 and majority term
+  // 18, tripled 117; passers on both wings 60; kings reach 32 and 7 squares, 3 * 25.
   Board board = FromFen("4k3/8/8/3p4/P6P/8/8/3K4 w - - 0 1");
   EXPECT_EQ(EvaluateAt(board, 0), 300 + 225 + 117 + 60 + 75);
   EXPECT_EQ(PawnRace(record, board), 0);

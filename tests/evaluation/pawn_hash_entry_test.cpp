@@ -32,12 +32,12 @@ TEST(PawnHashEntry, MajorityCountsAreKeptOnlyWithAnOwner) {
   const EvaluationRecord original = FilledRecord();
   EvaluationRecord restored{};
   RestorePawnHashEntry(ConstructPawnHashEntry(original, board, POSITION_MIDDLEGAME), restored, board);
-  EXPECT_EQ(restored.majority[0].owner, 0u);
-  EXPECT_EQ(restored.majority[0].owner_files, 0);
-  EXPECT_EQ(restored.majority[0].other_pawns, 0);
-  EXPECT_EQ(restored.majority[1].owner, 1u);
-  EXPECT_EQ(restored.majority[1].owner_files, 7);
-  EXPECT_EQ(restored.majority[1].other_pawns, 7);
+  auto counts = [&](int wing) {
+    const WingMajority& m = restored.majority[wing];
+    return std::tuple(int(m.owner), int(m.owner_files), int(m.other_pawns));
+  };
+  EXPECT_EQ(counts(0), std::tuple(0, 0, 0));
+  EXPECT_EQ(counts(1), std::tuple(1, 7, 7));
   EXPECT_EQ(restored.openness, 1);
   EXPECT_EQ(restored.pawn_summary.positional, -321);
   restored = EvaluationRecord{};

@@ -14,12 +14,7 @@
 
 namespace {
 
-using evaluation_test::FactsOf;
-using evaluation_test::ForEachNode;
-using evaluation_test::FromFen;
-using evaluation_test::KeptSets;
-using evaluation_test::Mirrored;
-using evaluation_test::WalkStarts;
+using namespace evaluation_test;
 
 // The record after the pawn structure of the middlegame variant was scored, the leading passers
 // marked first as the passed pawn term does.

@@ -15,10 +15,7 @@
 
 namespace {
 
-using evaluation_test::ForEachNode;
-using evaluation_test::FromFen;
-using evaluation_test::Mirrored;
-using evaluation_test::WalkStarts;
+using namespace evaluation_test;
 
 constexpr EvaluationVariant OPENING = EvaluationVariant::OPENING;
 constexpr EvaluationVariant MIDDLEGAME = EvaluationVariant::MIDDLEGAME;

@@ -9,8 +9,7 @@
 
 namespace {
 
-using evaluation_test::FromFen;
-using evaluation_test::Mirrored;
+using namespace evaluation_test;
 
 struct Row {
   std::string fen;

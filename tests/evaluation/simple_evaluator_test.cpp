@@ -11,11 +11,7 @@
 
 namespace {
 
-using evaluation_test::FactsOf;
-using evaluation_test::ForEachNode;
-using evaluation_test::FromFen;
-using evaluation_test::Mirrored;
-using evaluation_test::PassedOf;
+using namespace evaluation_test;
 
 constexpr int FAR_BOUND = 30000;
 

@@ -8,10 +8,7 @@
 #include "evaluation/side_view.h"
 #include "evaluation_test_support.h"
 
-namespace {
-
-using evaluation_test::FromFen;
-using evaluation_test::Mirrored;
+using namespace evaluation_test;
 
 // The squares of White's rook, Black's rook, White's king, Black's king and White's pawn.
 TEST(RookAndPawnTest, QueeningSquareCutOffKingAndTheBridge) {
@@ -102,5 +99,3 @@ TEST(MatingTest, ASmallEdgeIsAtLeastZeroForTheStrongerSide) {
   Board guarded = FromFen("7k/6b1/8/8/8/8/8/R3K3 w - - 0 1");
   EXPECT_LT(MaterialEdge(guarded, WHITE, 185), MaterialEdge(board, WHITE, 185));
 }
-
-}  // namespace

@@ -14,25 +14,12 @@
 #include "interfaces/game_test_helpers.h"
 
 using namespace ZephrinInterfaces;
-using test_helpers::CapturedOutput;
+using namespace test_helpers;
 
 namespace {
 
 using Events = std::vector<std::string>;
 using Script = std::deque<std::string>;
-
-class ScriptedInput : public InputSource {
- public:
-  explicit ScriptedInput(Script script) : lines(std::move(script)) {}
-  std::string ReadLine() override {
-    if (lines.empty()) return "quit";
-    std::string line = lines.front();
-    lines.pop_front();
-    return line;
-  }
-  bool InputAvailable() override { return !lines.empty(); }
-  Script lines;
-};
 
 // What the tests' commands and fake searches did, in order.
 struct Record {

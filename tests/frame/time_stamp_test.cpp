@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "frame/random_source.h"
-
 TEST(TimeStamp, DifferencesBorrowFromTheSeconds) {
   const TimeStamp a{true, 10, 900000};
   const TimeStamp b{true, 12, 100500};
@@ -11,16 +9,4 @@ TEST(TimeStamp, DifferencesBorrowFromTheSeconds) {
   EXPECT_EQ(MillisecondsBetween(b, a), -1201);  // the microseconds borrow, the result rounds down
   EXPECT_EQ(MillisecondsBetween(a, a), 0);
   EXPECT_EQ(MillisecondsBetween(TimeStamp{true, 5, 999}, TimeStamp{true, 5, 1998}), 0);
-  TimeStamp now;
-  EXPECT_FALSE(now.valid);
-  Now(now);
-  EXPECT_TRUE(now.valid);
-}
-
-TEST(RandomSource, StaysBelow32768) {
-  for (int i = 0; i < 20; ++i) {
-    const int value = NonDeterministicRand_16bit();
-    EXPECT_GE(value, 0);
-    EXPECT_LT(value, 32768);
-  }
 }

@@ -4,7 +4,7 @@
 
 using Tokens = std::vector<std::string>;
 
-TEST(Tokenizer, SplitsAtSeparatorsAndJoinsQuotedParts) {
+TEST(Tokenizer, SplitsAtSeparatorsJoinsQuotedPartsAndRefusesUnterminatedOnes) {
   EXPECT_EQ(TokenizeLine("").tokens, Tokens{});
   EXPECT_EQ(TokenizeLine(" \t\r\n ").tokens, Tokens{});
   EXPECT_EQ(TokenizeLine("  level 40\t5  0\r\n").tokens, (Tokens{"level", "40", "5", "0"}));
@@ -15,9 +15,6 @@ TEST(Tokenizer, SplitsAtSeparatorsAndJoinsQuotedParts) {
   EXPECT_EQ(TokenizeLine("\"a\"'b'\"c d\"").tokens, (Tokens{"abc d"}));
   EXPECT_EQ(TokenizeLine("x\"\"").tokens, (Tokens{"x"}));
   EXPECT_EQ(TokenizeLine("ping 7").raw, "ping 7");
-}
-
-TEST(Tokenizer, RefusesUnterminatedStrings) {
   EXPECT_THROW(TokenizeLine("name don't"), ZephrinUtils::unterminated_embedded_string_exception);
   EXPECT_THROW(TokenizeLine("\""), ZephrinUtils::tokenize_exception);
   EXPECT_THROW(TokenizeLine("a \"b c"), ZephrinUtils::tokenize_exception);
@@ -25,13 +22,11 @@ TEST(Tokenizer, RefusesUnterminatedStrings) {
   EXPECT_THROW(TokenizeLine("'abc\""), ZephrinUtils::tokenize_exception);
 }
 
-TEST(Tokenizer, JobListsKeepBracketsAndGroupBraces) {
+TEST(Tokenizer, JobListsKeepBracketsAndGroupBracesAndLongLines) {
   EXPECT_EQ(TokenizeJobList("kp_kp [a b] {c d} e"), (Tokens{"kp_kp", "[a b]", "c d", "e"}));
   EXPECT_EQ(TokenizeJobList("x[1 2]y"), (Tokens{"x[1 2]y"}));
   EXPECT_THROW(TokenizeJobList("[a b"), ZephrinUtils::tokenize_exception);
-}
-
-TEST(Tokenizer, LongLinesOfMarksDoNotExhaustTheStack) {
+  // Long lines of marks don't exhaust the stack.
   std::string text;
   for (int i = 0; i < 200000; ++i) text += "\"a\"";
   const Tokens tokens = TokenizeLine(text).tokens;

@@ -15,16 +15,6 @@ PAWN_HASH_ENTRY Entry(std::uint64_t key, int position_type, std::int16_t simple)
   return entry;
 }
 
-TEST(PawnHashTable, SizesAreEntryCountsThatArePowersOfTwo) {
-  PAWN_HASH_TABLE table;
-  EXPECT_EQ(table.MemorySize(), 7168u);
-  ASSERT_TRUE(table.Resize(4194304));
-  EXPECT_EQ(table.SlotCount(), 32768u);
-  EXPECT_EQ(table.MemorySize(), 3670016u);
-  EXPECT_FALSE(table.Resize(~std::uint64_t{0}));
-  EXPECT_EQ(table.SlotCount(), 32768u);
-}
-
 TEST(PawnHashTable, AHitNeedsKeyAndPositionType) {
   InitAttackTables();
   PAWN_HASH_TABLE table;

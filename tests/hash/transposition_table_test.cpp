@@ -39,19 +39,6 @@ Bounds BoundsOf(const HASH_ENTRY& e) { return {e.lower, e.lower_depth, e.upper, 
 using Keys = std::array<std::uint64_t, 2>;
 Keys KeysOf(const HASH_ENTRY* bucket) { return {bucket[0].key, bucket[1].key}; }
 
-TEST(TranspositionTable, SizesArePowersOfTwoOfBucketsWithAFloor) {
-  TRANSPOSITION_TABLE table;
-  EXPECT_EQ(table.MemorySize(), 12288u);  // built at the smallest size
-  // {bytes asked, buckets given}: the largest power of two that fits, at least 256 buckets of 48 bytes.
-  const std::pair<std::uint64_t, std::uint64_t> sizes[] = {{0, 256}, {33554432, 524288}, {100000, 2048}};
-  for (auto [bytes, buckets] : sizes) {
-    ASSERT_TRUE(table.Resize(bytes)) << bytes;
-    EXPECT_EQ(table.Mask() + 1, buckets) << bytes;
-    EXPECT_EQ(table.SlotCount(), 2 * buckets) << bytes;
-    EXPECT_EQ(table.FreeSlotCount(), table.SlotCount()) << bytes;
-  }
-}
-
 TEST(TranspositionTable, ProbeTrustsTheLastStoredBoundAtTheEntrysDepthOnly) {
   TRANSPOSITION_TABLE table;
   HASH_ENTRY entry = LowerBound(0x1234, 100, 128);

@@ -4,10 +4,8 @@
 
 #include "interfaces/game_test_helpers.h"
 
-using ZephrinInterfaces::ReasonText;
-using ZephrinInterfaces::ResultText;
-using test_helpers::GameFrom;
-using test_helpers::Play;
+using namespace ZephrinInterfaces;
+using namespace test_helpers;
 
 // Each game is still on before its last move; `result` is null for a game that goes on after it.
 TEST(GameEnd, MateStalemateAndDraws) {

@@ -13,8 +13,7 @@
 #include "interfaces/xboard_protocol.h"
 
 using namespace ZephrinInterfaces;
-using test_helpers::Parse;
-using test_helpers::Play;
+using namespace test_helpers;
 
 namespace {
 

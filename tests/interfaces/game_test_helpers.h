@@ -3,14 +3,17 @@
 
 #include <gtest/gtest.h>
 
+#include <deque>
 #include <iostream>
 #include <sstream>
 #include <string>
 
 #include "board/board_test_helpers.h"
+#include "frame/input.h"
 #include "interfaces/fen.h"
 #include "interfaces/move_text.h"
 #include "interfaces/user_board.h"
+#include "search/search.h"
 
 namespace test_helpers {
 
@@ -64,6 +67,25 @@ class CapturedOutput {
  private:
   std::ostringstream text_;
   std::streambuf* saved_;
+};
+
+// A script of input lines, then "quit"; with a search given, each line is noted with the iteration
+// of the search that read it (0: no search ran).
+class ScriptedInput : public InputSource {
+ public:
+  explicit ScriptedInput(std::deque<std::string> script, const Search* reader = nullptr)
+      : lines(std::move(script)), search(reader) {}
+  std::string ReadLine() override {
+    if (lines.empty()) return "quit";
+    std::string line = lines.front();
+    lines.pop_front();
+    if (search) read_in_iteration.push_back(search->running ? search->iteration : 0);
+    return line;
+  }
+  bool InputAvailable() override { return !lines.empty(); }
+  std::deque<std::string> lines;
+  std::vector<int> read_in_iteration;
+  const Search* search;
 };
 
 }  // namespace test_helpers

@@ -6,16 +6,14 @@
 
 using namespace ZephrinHelpScreen;
 
-TEST(HelpScreen, TablesAreSortedWithoutCaseAndFirstEntriesWin) {
+TEST(HelpScreen, SortedWithoutCaseFirstEntriesWinAndDescriptionsWrap) {
   const SimpleHelpScreenFormatter mixed({{"b", "1"}, {"B", "2"}, {"a", "3"}, {"b", "4"}, {"ab", "5"}});
   ASSERT_EQ(mixed.entries.size(), 4u);
   EXPECT_EQ(mixed.entries[0].command, "a");
   EXPECT_EQ(mixed.entries[1].command, "ab");
   EXPECT_EQ(mixed.entries[2].description, "1");
   EXPECT_EQ(mixed.entries[3].description, "2");
-}
-
-TEST(HelpScreen, DescriptionsWrapUnderTheirColumn) {
+  // Descriptions wrap under their column.
   EXPECT_EQ(FormatDescription("one two", 10, 80), std::make_pair(std::string("one two"), 1));
   EXPECT_EQ(FormatDescription("one\ntwo", 10, 80), std::make_pair("one\n" + std::string(11, ' ') + "two", 2));
   // With 20 columns and a key of 10, a line holds words up to 8 characters in all.

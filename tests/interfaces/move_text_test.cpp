@@ -6,8 +6,7 @@
 #include "interfaces/game_test_helpers.h"
 
 using namespace ZephrinInterfaces;
-using test_helpers::GameFrom;
-using test_helpers::Play;
+using namespace test_helpers;
 
 namespace {
 
@@ -44,15 +43,12 @@ const char* const CASTLE = "5k2/8/8/8/8/8/8/R3K2R w KQ - 0 1";
 
 }  // namespace
 
-TEST(ParseMove, CoordinatesAndPromotions) {
+TEST(ParseMove, CoordinatesPromotionsAndCastling) {
   ExpectReads(GameFrom(), {{"e2e4", "e2e4"}, {"E2E4", "e2e4"}, {"g1f3", "g1f3"}, {"e2e5", "code 2"},
                            {"Ng1-f3", "code 5"}});
   ExpectReads(GameFrom(PROMOTION), {{"e7e8q", "e7e8"}, {"e7e8=Q", "e7e8"}, {"e8=Q", "e7e8"}, {"e7e8", "e7e8"},
                                     {"e7e8n", "e7e8N"}, {"e7e8=r", "e7e8R"}, {"e8=b", "e7e8B"}, {"exd8=N", "e7d8N"},
                                     {"ed8n", "code 5"}, {"e8", "code 1"}, {"e8q", "code 5"}, {"e7-e8", "code 5"}});
-}
-
-TEST(ParseMove, Castling) {
   ExpectReads(GameFrom("r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1"),
               {{"O-O", "e1g1"}, {"o-o", "e1g1"}, {"0-0", "e1g1"}, {"0-0+", "e1g1"}, {"O-O#", "e1g1"},
                {"O-O ", "e1g1"}, {"e1g1", "e1g1"}, {"O-O-O", "e1c1"}, {"o-o-o", "e1c1"}, {"0-0-0", "e1c1"},

@@ -13,9 +13,7 @@
 #include "interfaces/game_test_helpers.h"
 
 using namespace ZephrinInterfaces;
-using test_helpers::DataFile;
-using test_helpers::GameFrom;
-using test_helpers::Play;
+using namespace test_helpers;
 
 namespace {
 
@@ -41,9 +39,8 @@ std::string ReadError(const std::string& text) {
   UserBoard game = GameFrom();
   Play(game, "e4 c5 Nf3");
   game.UndoMove();
-  const std::string fen = PositionToFen(game);
-  const std::vector<Move> moves = game.Moves();
-  const std::deque<Move> next = game.NextMoves();
+  auto state = [&game] { return std::tuple(PositionToFen(game), game.Moves(), game.NextMoves()); };
+  const auto before = state();
   PgnTags tags;
   tags.event = "unchanged";
   std::istringstream in(text);
@@ -53,9 +50,7 @@ std::string ReadError(const std::string& text) {
   } catch (const UserBoard::user_exception& failure) {
     error = failure.what();
   }
-  EXPECT_EQ(PositionToFen(game), fen);
-  EXPECT_EQ(game.Moves(), moves);
-  EXPECT_EQ(game.NextMoves(), next);
+  EXPECT_EQ(state(), before);
   EXPECT_EQ(tags.event, "unchanged");
   return error;
 }
@@ -128,30 +123,21 @@ TEST(Pgn, PgnExtractReplaysWrittenGames) {
 }
 
 TEST(Pgn, FamousGamesPlayThroughToTheirEnd) {
-  struct Case {
-    const char* file;
-    std::size_t plies;
-    int result;
-    const char* white;
-  };
-  const Case cases[] = {
-      {"opera_game.pgn", 33, RESULT_WHITE_WINS, "Paul Morphy"},
-      {"immortal_game.pgn", 45, RESULT_WHITE_WINS, "Adolf Anderssen"},
-      {"evergreen_game.pgn", 47, RESULT_WHITE_WINS, "Adolf Anderssen"},
-      {"reti_tartakower.pgn", 21, RESULT_WHITE_WINS, "Richard Reti"},
-      {"fools_mate.pgn", 4, RESULT_BLACK_WINS, "?"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.file);
+  for (auto [file, plies, result, white] : {std::tuple{"opera_game.pgn", 33u, RESULT_WHITE_WINS, "Paul Morphy"},
+                                             {"immortal_game.pgn", 45u, RESULT_WHITE_WINS, "Adolf Anderssen"},
+                                             {"evergreen_game.pgn", 47u, RESULT_WHITE_WINS, "Adolf Anderssen"},
+                                             {"reti_tartakower.pgn", 21u, RESULT_WHITE_WINS, "Richard Reti"},
+                                             {"fools_mate.pgn", 4u, RESULT_BLACK_WINS, "?"}}) {
+    SCOPED_TRACE(file);
     PgnTags tags;
-    UserBoard game = LoadPgn(DataFile(c.file), tags);
-    EXPECT_EQ(tags.white, c.white);
+    UserBoard game = LoadPgn(DataFile(file), tags);
+    EXPECT_EQ(tags.white, white);
     // The game stands at its start with the whole game to come.
     EXPECT_TRUE(game.Moves().empty());
-    EXPECT_EQ(game.NextMoves().size(), c.plies);
+    EXPECT_EQ(game.NextMoves().size(), plies);
     EXPECT_EQ(PositionToFen(game), PositionToFen(UserBoard()));
     game.PlayAllNext();
-    EXPECT_EQ(game.Current().result, c.result);
+    EXPECT_EQ(game.Current().result, result);
     EXPECT_EQ(game.Current().reason, REASON_MATE);
   }
 }

@@ -117,8 +117,6 @@ TEST(ProtocolReplacement, PersonalityAndIdStayPostDoesNot) {
   EXPECT_FALSE(game.Protocol().post);
   EXPECT_EQ(game.Protocol().personality, -8);
   EXPECT_EQ(game.Protocol().id, "x");
-  EXPECT_FALSE(game.Protocol().IsInteractive());
-  EXPECT_TRUE(game.Protocol().AnalyzesFinishedGames());
   game.ReplaceProtocol(std::make_unique<ConsoleProtocol>());
   EXPECT_TRUE(game.Protocol().post);
   EXPECT_EQ(game.Protocol().personality, -8);

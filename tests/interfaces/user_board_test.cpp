@@ -4,8 +4,7 @@
 
 #include "interfaces/game_test_helpers.h"
 
-using test_helpers::GameFrom;
-using test_helpers::Play;
+using namespace test_helpers;
 
 namespace {
 
@@ -13,14 +12,11 @@ const char* const START_FEN = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQk
 
 // Everything a caller can see of a game, for comparing two of them.
 void ExpectSameGame(const UserBoard& a, const UserBoard& b) {
-  EXPECT_EQ(PositionToFen(a), PositionToFen(b));
-  EXPECT_EQ(a.Moves(), b.Moves());
-  EXPECT_EQ(a.NextMoves(), b.NextMoves());
-  EXPECT_EQ(a.Keys(), b.Keys());
-  EXPECT_EQ(a.FirstPly(), b.FirstPly());
-  EXPECT_EQ(a.Current().result, b.Current().result);
-  EXPECT_EQ(a.Current().reason, b.Current().reason);
-  EXPECT_EQ(a.Current().Key(), b.Current().Key());
+  auto seen = [](const UserBoard& g) {
+    return std::tuple(PositionToFen(g), g.Moves(), g.NextMoves(), g.Keys(), g.FirstPly(), g.Current().result,
+                      g.Current().reason, g.Current().Key());
+  };
+  EXPECT_EQ(seen(a), seen(b));
 }
 
 }  // namespace

@@ -16,8 +16,7 @@
 
 namespace {
 
-using board_test::At;
-using board_test::FindMove;
+using namespace board_test;
 
 std::tuple<bool, int, int> Fields(const NodeExtensionResult& node) { return {node.full, node.delayed, node.kinds}; }
 

@@ -7,7 +7,7 @@ namespace {
 constexpr Move KNIGHT_G1_F3 = MakeMoveWord(6, 21, KNIGHT);
 constexpr Move PAWN_E2_E4 = MakeMoveWord(12, 28, PAWN);
 
-TEST(HistoryTable, BonusGrowsWithDistanceAndIsSharedByTwoGroups) {
+TEST(HistoryTable, BonusesGroupsGenerationsAndSaturation) {
   HistoryTable history;
   history.UpdateHistory(KNIGHT_G1_F3, WHITE, 192, 3);  // bonus 3*3+1, groups 1 and 0
   EXPECT_EQ(history.HistoryValue(KNIGHT_G1_F3, WHITE, 3), 10);
@@ -15,10 +15,7 @@ TEST(HistoryTable, BonusGrowsWithDistanceAndIsSharedByTwoGroups) {
   EXPECT_EQ(history.HistoryValue(KNIGHT_G1_F3, WHITE, 8), 20);  // groups 0 and 1 together
   history.UpdateHistory(KNIGHT_G1_F3, WHITE, 10, 3);  // below one ply: 1
   EXPECT_EQ(history.HistoryValue(KNIGHT_G1_F3, WHITE, 0), 11);
-}
 
-TEST(HistoryTable, NewGenerationsEmptyGroups) {
-  HistoryTable history;
   history.UpdateHistory(PAWN_E2_E4, WHITE, 64, 17);  // groups 2 and 1
   EXPECT_EQ(history.HistoryValue(PAWN_E2_E4, WHITE, 17), 4);
   history.NewGroupGeneration(16);  // a node at ply 16 wipes group 2 only
@@ -26,10 +23,7 @@ TEST(HistoryTable, NewGenerationsEmptyGroups) {
   EXPECT_EQ(history.HistoryValue(PAWN_E2_E4, WHITE, 9), 2);
   history.NewHistoryGeneration();
   EXPECT_EQ(history.HistoryValue(PAWN_E2_E4, WHITE, 9), 0);
-}
-
-TEST(HistoryTable, CountsSaturate) {
-  HistoryTable history;
+  // Counts saturate.
   for (int i = 0; i < 10; ++i) history.UpdateHistory(PAWN_E2_E4, BLACK, 64 * 80, 30);
   EXPECT_EQ(history.HistoryValue(PAWN_E2_E4, BLACK, 31), 65535);
 }

@@ -29,8 +29,6 @@ void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
 }
 void operator delete(void* p, const std::nothrow_t&) noexcept { std::free(p); }
 
-namespace {
-
 TEST(SearchAllocation, NodesAllocateNothing) {
   TranspositionTable.Resize(1 << 20);
   Search search;
@@ -49,5 +47,3 @@ TEST(SearchAllocation, NodesAllocateNothing) {
   EXPECT_LE(value, 60);
   EXPECT_EQ(search.tree->board.ply, 0);  // the board is as it was
 }
-
-}  // namespace

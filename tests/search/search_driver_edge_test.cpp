@@ -8,16 +8,16 @@
 
 #include <algorithm>
 #include <functional>
-#include <iostream>
-#include <sstream>
 
 #include "board/move_generator.h"
 #include "frame/main_loop.h"
 #include "hash/hash.h"
 #include "interfaces/console_protocol.h"
+#include "interfaces/game_test_helpers.h"
 #include "interfaces/move_text.h"
 
 using namespace ZephrinInterfaces;
+using test_helpers::ScriptedInput;
 
 namespace {
 
@@ -46,41 +46,22 @@ class WatchingProtocol : public ConsoleProtocol {
   std::function<void()> on_summary;
 };
 
-// A script of lines, each noted with the iteration of the search that read it (0: no search ran).
-class ScriptedInput : public InputSource {
- public:
-  ScriptedInput(std::deque<std::string> script, const Search& reader) : lines(std::move(script)), search(reader) {}
-  std::string ReadLine() override {
-    if (lines.empty()) return "quit";
-    std::string line = lines.front();
-    lines.pop_front();
-    read_in_iteration.push_back(search.running ? search.iteration : 0);
-    return line;
-  }
-  bool InputAvailable() override { return !lines.empty(); }
-  std::deque<std::string> lines;
-  std::vector<int> read_in_iteration;
-  const Search& search;
-};
-
 class SearchDriverEdgeTest : public ::testing::Test {
  protected:
   void SetUp() override {
     TranspositionTable.Resize(1 << 22);
     PawnHashTable.Clear();
     EvaluationHashTable.Clear();
-    saved_ = std::cout.rdbuf(output_.rdbuf());
     auto owned = std::make_unique<WatchingProtocol>();
     protocol = owned.get();
     loop = std::make_unique<MainLoop>(std::make_unique<Game>(std::move(owned)));
   }
-  void TearDown() override { std::cout.rdbuf(saved_); }
 
   Search& search() { return loop->game->search; }
 
   // Runs the main loop over the script.
   ScriptedInput& Run(std::deque<std::string> script) {
-    loop->input = std::make_unique<ScriptedInput>(std::move(script), search());
+    loop->input = std::make_unique<ScriptedInput>(std::move(script), &search());
     RunMainLoop(*loop);
     return static_cast<ScriptedInput&>(*loop->input);
   }
@@ -95,23 +76,16 @@ class SearchDriverEdgeTest : public ::testing::Test {
       search().tree->poll_countdown = 1;
       if (!slow) return;
       TimeStamp& start = search().start_time;
-      start.seconds -= 3;
-      start.microseconds -= 100000;
-      if (start.microseconds < 0) {
-        start.microseconds += 1000000;
-        start.seconds -= 1;
-      }
+      const std::int64_t micros = start.seconds * 1000000 + start.microseconds - 3100000;
+      start = {true, micros / 1000000, micros % 1000000};
     };
   }
 
-  std::string Output() const { return output_.str(); }
+  std::string Output() const { return output_.Text(); }
 
+  test_helpers::CapturedOutput output_;
   WatchingProtocol* protocol = nullptr;
   std::unique_ptr<MainLoop> loop;
-
- private:
-  std::ostringstream output_;
-  std::streambuf* saved_ = nullptr;
 };
 
 Move FirstLegalMove(const Board& board) {
@@ -138,6 +112,17 @@ std::size_t FindAfter(const std::string& out, const std::string& text, std::size
   EXPECT_NE(at, std::string::npos) << "no \"" << text << "\" after position " << from << " in:\n" << out;
   return at == std::string::npos ? from : at;
 }
+
+// What the search showed at one report.
+struct Snapshot {
+  std::string event;
+  int iteration = 0;
+  std::vector<Move> order;
+  Move best_move = 0;
+  std::vector<Move> pv;
+  int score = 0;
+  bool unstable = false;
+};
 
 }  // namespace
 
@@ -215,21 +200,6 @@ TEST_F(SearchDriverEdgeTest, InputOfTheFirstThreeSecondsWaitsAndIsExecutedLater)
   FindAfter(Output(), "Zephrin played: ", at);
 }
 
-namespace {
-
-// What the search showed at one report.
-struct Snapshot {
-  std::string event;
-  int iteration = 0;
-  std::vector<Move> order;
-  Move best_move = 0;
-  std::vector<Move> pv;
-  int score = 0;
-  bool unstable = false;
-};
-
-}  // namespace
-
 TEST_F(SearchDriverEdgeTest, ARefutedNewBestMoveGoesSecondAndTheOldBestReturns) {
   // A position where new best moves turn up while the score lies near the draw score. Only there
   // does the confirmation search look at the test's own gamma again: elsewhere a candidate that
@@ -260,7 +230,7 @@ TEST_F(SearchDriverEdgeTest, ARefutedNewBestMoveGoesSecondAndTheOldBestReturns) 
   SearchRequest request;
   request.max_depth = 4;
   request.game.SetFromFen(fen);
-  loop->input = std::make_unique<ScriptedInput>(std::deque<std::string>{}, search());
+  loop->input = std::make_unique<ScriptedInput>(std::deque<std::string>{}, &search());
   search().RunSearch(request, loop.get());
 
   const auto instability = std::find_if(seen.begin(), seen.end(), [](const Snapshot& s) { return s.event == "instability"; });

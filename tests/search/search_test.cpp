@@ -64,33 +64,24 @@ TEST_F(SearchTest, FindsMatesWithExactScores) {
 // futile for nine plies: these mates were missed at any depth a game reaches. The shown line must
 // not claim a mate that the score doesn't have.
 TEST_F(SearchTest, MatesBehindASacrificeAreFoundAtAGameDepth) {
-  struct Case {
-    const char* fen;
-    int depth;
-    const char* move;
-    int mate;
-  };
-  const Case cases[] = {
-      {"r3r1k1/pp1q1pp1/4b1p1/3p2B1/3Q1R2/8/PPP3PP/4R1K1 w - - 0 1", 12, "d4g7", 4},
-      {"1k1r4/pp1b1R2/3q2pp/4p3/2B5/4Q3/PPP2B2/2K5 b - - 0 1", 6, "d6d1", 3},
-  };
-  for (const Case& c : cases) {
-    Run(c.fen, c.depth);
-    EXPECT_EQ(BestMoveText(), c.move) << c.fen;
-    EXPECT_EQ(search.score, 32767 - (2 * c.mate - 1)) << c.fen;
-    Board end = board_test::FromFen(c.fen);
-    for (const PvMove& move : search.pv) end.MakeMove(move.move);
+  const char* const first = "r3r1k1/pp1q1pp1/4b1p1/3p2B1/3Q1R2/8/PPP3PP/4R1K1 w - - 0 1";
+  for (auto [fen, depth, move, mate] : {std::tuple{first, 12, "d4g7", 4},
+                                        {"1k1r4/pp1b1R2/3q2pp/4p3/2B5/4Q3/PPP2B2/2K5 b - - 0 1", 6, "d6d1", 3}}) {
+    Run(fen, depth);
+    EXPECT_EQ(BestMoveText(), move) << fen;
+    EXPECT_EQ(search.score, 32767 - (2 * mate - 1)) << fen;
+    Board end = board_test::FromFen(fen);
+    for (const PvMove& pv_move : search.pv) end.MakeMove(pv_move.move);
     std::vector<Move> replies;
     GenerateLegalMoves(end, replies);
-    if (replies.empty()) {
-      EXPECT_EQ(search.pv.size(), std::size_t(2 * c.mate - 1)) << c.fen;
-    }
+    EXPECT_TRUE(!replies.empty() || search.pv.size() == std::size_t(2 * mate - 1))
+        << fen << ": a line ending in mate is as long as the mate";
   }
   // Futility proper above the frontier again, as it was: the first mate is out of reach.
   const int saved = min_distance_for_extended_futility_pruning;
   min_distance_for_extended_futility_pruning = 601;
   TranspositionTable.Clear();
-  Run(cases[0].fen, cases[0].depth);
+  Run(first, 12);
   min_distance_for_extended_futility_pruning = saved;
   EXPECT_LT(search.score, 31766);
 }
@@ -125,7 +116,7 @@ TEST_F(SearchTest, RepetitionIsSoughtOrAvoidedByTheDrawScore) {
   EXPECT_GT(search.score, -300);
 }
 
-TEST_F(SearchTest, MaxDepthOneRunsOnlyTheFirstIteration) {
+TEST_F(SearchTest, MaxDepthOneRunsOnlyTheFirstIterationButAnalysisRunsThemAll) {
   Run("r1bqkbnr/pppp1ppp/2n5/4p3/4P3/5N2/PPPP1PPP/RNBQKB1R w KQkq - 2 3", 1);
   EXPECT_EQ(search.depth, 1);
   EXPECT_EQ(search.iteration, 2);  // the loop has ended after iteration 1
@@ -135,14 +126,13 @@ TEST_F(SearchTest, MaxDepthOneRunsOnlyTheFirstIteration) {
   ASSERT_FALSE(search.pv.empty());
   EXPECT_EQ(search.pv[0].move, search.best_move);
   EXPECT_EQ(finished_calls, 1);
-}
 
-TEST_F(SearchTest, AnalyzeIgnoresTheDepthLimitAndRunsAllIterations) {
+  // Analysis ignores the depth limit and runs all iterations.
   Run("k7/8/1K6/8/8/8/8/7R b - - 0 1", 3, {}, SEARCH_ANALYZE);  // one legal move, mated next move
   EXPECT_EQ(search.depth, 79);
   EXPECT_EQ(search.move_count, 1);
   EXPECT_EQ(search.score, -32765);
-  EXPECT_EQ(finished_calls, 1);
+  EXPECT_EQ(finished_calls, 2);
 }
 
 TEST_F(SearchTest, PrincipalVariationIsLegalAndStartsWithTheBestMove) {
@@ -160,7 +150,7 @@ TEST_F(SearchTest, PrincipalVariationIsLegalAndStartsWithTheBestMove) {
   EXPECT_GT(search.nodes, 100u);
 }
 
-TEST_F(SearchTest, HardTimeLimitEndsTheSearchAsIfTimeRanOut) {
+TEST_F(SearchTest, TheClockEndsTheSearchAsTimeRunningOutAFinishedGameAsStopped) {
   Run("r1bq1rk1/pp2bppp/2n1pn2/3p4/2PP4/2N1PN2/PP2BPPP/R2QKB1R w KQ - 0 8", 0, {}, SEARCH_NORMAL, 300);
   EXPECT_EQ(finished_calls, 1);
   EXPECT_FALSE(stopped_by_command);  // the clock ended it, so the move is to be played
@@ -168,11 +158,10 @@ TEST_F(SearchTest, HardTimeLimitEndsTheSearchAsIfTimeRanOut) {
   EXPECT_GE(search.depth, 2);
   // Generous: the poll comes about eight times a second, whatever else runs on the machine.
   EXPECT_LT(MillisecondsBetween(search.start_time, search.stop_time), 2000);
-}
 
-TEST_F(SearchTest, FinishedGameEndsAtOnceAsStoppedByCommand) {
+  // A finished game ends at once, as if stopped by a command.
   Run("7k/6Q1/6K1/8/8/8/8/8 b - - 0 1", 5);  // black is mated
-  EXPECT_EQ(finished_calls, 1);
+  EXPECT_EQ(finished_calls, 2);
   EXPECT_TRUE(stopped_by_command);
   EXPECT_TRUE(search.no_moves);
   EXPECT_EQ(search.best_move, 0u);

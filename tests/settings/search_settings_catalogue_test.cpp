@@ -5,8 +5,6 @@
 #include <set>
 #include <string>
 
-namespace {
-
 // That names, order and defaults give the settings file is tested end to end, by display_settings.
 TEST(SearchSettingsCatalogue, EntriesAreWellFormed) {
   std::set<std::string_view> names;
@@ -31,5 +29,3 @@ TEST(SearchSettingsCatalogue, EntriesAreWellFormed) {
   EXPECT_EQ(FindSearchSetting("foo"), -1);
   EXPECT_EQ(FindSearchSetting("enable_ettc "), -1);
 }
-
-}  // namespace

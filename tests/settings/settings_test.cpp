@@ -7,20 +7,16 @@
 #include <string>
 #include <vector>
 
-#include <unistd.h>
-
 #include "settings/boolean.h"
 #include "settings/integer.h"
 #include "settings/search_settings_catalogue.h"
 #include "settings/settings_commands.h"
+#include "e2e/engine_process.h"
 #include "interfaces/game_test_helpers.h"
 
 namespace {
 
-using OptimizeInterface::Boolean;
-using OptimizeInterface::DataType;
-using OptimizeInterface::Integer;
-using OptimizeInterface::Settings;
+using namespace OptimizeInterface;
 
 using test_helpers::CapturedOutput;
 
@@ -36,10 +32,7 @@ std::vector<std::string> DefaultLines() {
 class SettingsTest : public ::testing::Test {
  protected:
   void SetUp() override { RestoreSearchSettingDefaults(); }
-  void TearDown() override {
-    RestoreSearchSettingDefaults();
-    std::filesystem::remove(path_);
-  }
+  void TearDown() override { RestoreSearchSettingDefaults(); }
 
   std::string WriteLines(const std::vector<std::string>& lines) {
     std::ofstream file(path_);
@@ -47,9 +40,8 @@ class SettingsTest : public ::testing::Test {
     return path_;
   }
 
-  const std::string path_ = (std::filesystem::temp_directory_path() /
-                             ("zephrin_settings_test_" + std::to_string(::getpid()) + ".txt"))
-                                .string();
+  const TemporaryDirectory directory_;
+  const std::string path_ = directory_.File("settings.txt");
 };
 
 TEST_F(SettingsTest, ValuesParseStrictlyAndFailuresKeepTheOldValue) {
@@ -62,13 +54,9 @@ TEST_F(SettingsTest, ValuesParseStrictlyAndFailuresKeepTheOldValue) {
   EXPECT_TRUE(bonus.Initialized());
   EXPECT_EQ(bonus.ToString(), "1 -2 5");
   const std::vector<std::pair<std::string, std::string>> failures = {
-      {"1 2", "invalid size"},
-      {"1 2 3 4", "invalid size"},
-      {"", "invalid size"},
-      {"1 +2 3", "could not parse integer: +2"},
-      {"1 2 3x", "could not parse integer: 3x"},
-      {"1 2 6", "value out of bounds"},
-      {"-6 2 3", "value out of bounds"},
+      {"1 2", "invalid size"}, {"1 2 3 4", "invalid size"}, {"", "invalid size"},
+      {"1 +2 3", "could not parse integer: +2"}, {"1 2 3x", "could not parse integer: 3x"},
+      {"1 2 6", "value out of bounds"}, {"-6 2 3", "value out of bounds"},
   };
   for (const auto& [text, reason] : failures) {
     try {
@@ -114,9 +102,7 @@ TEST_F(SettingsTest, ModifyChangesAllVariablesOrNone) {
       {"limited_razoring_margin=0", "could not parse new value: value out of bounds"},
       {"capture_move_sorting_bonus=0 4 5", "could not parse new value: invalid size"},
       {"root_distance_multiplier=12x", "could not parse new value: could not parse integer: 12x"},
-      {"foo=1", "unknown variable: foo"},
-      {"enable_ettc", "seperator missing (';')"},
-      {";", "seperator missing (';')"},
+      {"foo=1", "unknown variable: foo"}, {"enable_ettc", "seperator missing (';')"}, {";", "seperator missing (';')"},
       {"enable_ettc='false", "could not tokenize the input string"},
       // Earlier assignments of a failing command are not applied either.
       {"enable_ettc=false;min_ply_for_null_move=7;foo=1", "unknown variable: foo"},

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "e2e/engine_process.h"
 #include "table_compressor.h"
 #include "tablebases/nalimov_decoder.h"
 
@@ -54,15 +55,12 @@ int Expected(signed char stored) { return stored == 0 ? 0 : stored < 0 ? stored 
 class NalimovBlockReader : public ::testing::Test {
  protected:
   void SetUp() override {
-    directory_ = fs::temp_directory_path() / ("zephrin_nalimov_" + std::to_string(getpid()));
-    fs::create_directories(directory_);
     CloseTableFiles();
     SetCache(100 * 8284);
   }
   void TearDown() override {
     CloseTableFiles();
     ResetCache(nullptr, 0);
-    fs::remove_all(directory_);
   }
 
   void SetCache(std::size_t size) {
@@ -83,7 +81,8 @@ class NalimovBlockReader : public ::testing::Test {
     return wrong;
   }
 
-  fs::path directory_;
+  const TemporaryDirectory temporary_;
+  const fs::path directory_{temporary_.path};
   std::vector<unsigned char> memory_;
 };
 

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <random>
 #include <string>
@@ -49,24 +50,12 @@ TEST(NalimovEnding, PublishedSizesAndSymmetricEndings) {
 }
 
 TEST(NalimovEnding, FindEndingByCounts) {
-  const int kk[10] = {};
-  const int kqk_black[10] = {0, 0, 0, 0, 0, 0, 0, 0, 0, 1};
-  const int kqk[10] = {0, 0, 0, 0, 1, 0, 0, 0, 0, 0};
-  const int knkn[10] = {0, 1, 0, 0, 0, 0, 1, 0, 0, 0};
-  const int kbpkr_black[10] = {0, 0, 0, 1, 0, 1, 0, 1, 0, 0};
-  const int four_against_none[10] = {1, 1, 1, 0, 0, 0, 0, 0, 0, 0};
-  const int three_queens[10] = {0, 0, 0, 0, 3, 0, 0, 0, 0, 0};
-  const int six_men[10] = {2, 0, 0, 0, 0, 2, 0, 0, 0, 0};
-  const int negative[10] = {-1, 0, 0, 0, 0, 0, 0, 0, 0, 0};
-  EXPECT_EQ(FindEnding(kk), 0);
-  EXPECT_EQ(FindEnding(kqk), 5);
-  EXPECT_EQ(FindEnding(kqk_black), -5);
-  EXPECT_EQ(FindEnding(knkn), 8);
-  EXPECT_EQ(FindEnding(kbpkr_black), -IdOf("kbpkr"));
-  EXPECT_EQ(FindEnding(four_against_none), 0);
-  EXPECT_EQ(FindEnding(three_queens), 0);
-  EXPECT_EQ(FindEnding(six_men), 0);
-  EXPECT_EQ(FindEnding(negative), 0);
+  // White's pawns to queens, then Black's; a negative id when Black is the stronger side.
+  const std::pair<std::array<int, 10>, int> rows[] = {
+      {{}, 0}, {{0, 0, 0, 0, 1}, 5}, {{0, 0, 0, 0, 0, 0, 0, 0, 0, 1}, -5}, {{0, 1, 0, 0, 0, 0, 1}, 8},
+      {{0, 0, 0, 1, 0, 1, 0, 1}, -IdOf("kbpkr")}, {{1, 1, 1}, 0} /* four against none */,
+      {{0, 0, 0, 0, 3}, 0}, {{2, 0, 0, 0, 0, 2}, 0} /* six men */, {{-1}, 0}};
+  for (const auto& [counts, id] : rows) EXPECT_EQ(FindEnding(counts.data()), id) << id;
 }
 
 TEST(NalimovIndexTables, KingPairsAndOffsets) {

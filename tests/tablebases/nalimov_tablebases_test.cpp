@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -18,8 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using namespace NalimovTablebases;
-using board_test::At;
-using board_test::FromFen;
+using namespace board_test;
 
 constexpr int KQK = 5;
 
@@ -36,14 +34,12 @@ std::uint64_t KqkIndex(int side, int white_king, int queen, int black_king) {
 class NalimovTables : public ::testing::Test {
  protected:
   void SetUp() override {
-    directory_ = fs::temp_directory_path() / ("zephrin_nalimov_" + std::to_string(getpid()));
     fs::create_directories(directory_ / "empty");
     for (int side = 0; side < 2; ++side) tables_[side].assign(Ending(KQK).sizes[side], char(127));
   }
   void TearDown() override {
     CloseTableFiles();
     tablebases_loaded = false;
-    fs::remove_all(directory_);
   }
   void Set(int side, std::uint64_t index, int value) { tables_[side][index] = char(value); }
   void Write() {
@@ -54,7 +50,8 @@ class NalimovTables : public ::testing::Test {
   }
   TB_RESULT Probe(const std::string& fen, int& score) { return ProbeTablebases(FromFen(fen), score); }
 
-  fs::path directory_;
+  const TemporaryDirectory temporary_;
+  const fs::path directory_{temporary_.path};
   std::vector<char> tables_[2];
 };
 

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
 
+#include "e2e/engine_process.h"
 #include "retrograde_solver.h"
 #include "table_compressor.h"
 #include "table_writer.h"
@@ -68,7 +68,8 @@ int CountMisreadPositions(const SolvedEnding& ending, std::uint64_t step) {
 // The solver, the writer with the index functions, the compressor and the reader check each
 // other: king and pawn against king, and the symmetric two knights, plain and compressed.
 TEST(TableRoundTrip, ReaderFindsWhatTheSolverWrote) {
-  const fs::path directory = fs::temp_directory_path() / ("zephrin_tablegen_" + std::to_string(getpid()));
+  const TemporaryDirectory temporary;
+  const fs::path directory = temporary.path;
   EndingLibrary library;
   for (bool compressed : {false, true}) {
     const fs::path tables = directory / (compressed ? "compressed" : "plain");
@@ -78,7 +79,6 @@ TEST(TableRoundTrip, ReaderFindsWhatTheSolverWrote) {
     EXPECT_EQ(CountMisreadPositions(library.at("knkn"), 4099), 0) << tables;
     NalimovTablebases::CloseTableFiles();
   }
-  fs::remove_all(directory);
 }
 
 }  // namespace

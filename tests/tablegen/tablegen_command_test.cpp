@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
 
@@ -16,7 +15,8 @@ EngineRun RunTablegen(const std::vector<std::string>& arguments) { return RunEng
 // A named ending brings the endings its promotions lead to, but not those the directory has; bad
 // arguments get the usage and status 2, an ending that isn't one an error and status 1.
 TEST(TablegenCommand, MakesTheNamedEndingAndWhatItLeadsTo) {
-  const fs::path directory = fs::temp_directory_path() / ("zephrin_tablegen_cli_" + std::to_string(getpid()));
+  const TemporaryDirectory temporary;
+  const fs::path directory = temporary.path;
   ASSERT_EQ(RunTablegen({directory.string(), "krk"}).status, 0);
   const fs::file_time_type krk_time = fs::last_write_time(directory / "krk.nbw");
   const EngineRun run = RunTablegen({"--compressed", directory.string(), "kpk"});
@@ -38,7 +38,6 @@ TEST(TablegenCommand, MakesTheNamedEndingAndWhatItLeadsTo) {
   const EngineRun unknown = RunTablegen({directory.string(), "krkq"});
   EXPECT_EQ(unknown.status, 1);
   EXPECT_EQ(unknown.err, "tablegen: krkq is not the name of an ending\n");
-  fs::remove_all(directory);
 }
 
 }  // namespace
