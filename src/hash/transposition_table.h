@@ -98,7 +98,6 @@ class TRANSPOSITION_TABLE final : public ABSTRACT_HASH_TABLE {
   void StoreEntry(HASH_ENTRY entry);
 
   std::uint32_t Age() const { return age; }
-  std::uint64_t Mask() const { return mask; }
   // The two entries of the bucket of `key`, the preferred one first.
   const HASH_ENTRY* Bucket(std::uint64_t key) const { return &slots[2 * (key & mask)]; }
   // Asks the processor for the bucket of a position about to be searched, so that the memory
