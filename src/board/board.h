@@ -93,6 +93,7 @@ struct Board {
   void MakeNullMove();
   void UnmakeNullMove();
   std::uint64_t KeyAfterMove(Move move) const;
+  std::uint64_t PawnKeyAfterMove(Move move) const;
 
   // Repetition (one earlier occurrence), fifty moves (100 plies) or bare minors.
   bool IsDraw() const;

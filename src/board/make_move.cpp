@@ -304,6 +304,22 @@ std::uint64_t Board::KeyAfterMove(Move move) const {
   return key;
 }
 
+std::uint64_t Board::PawnKeyAfterMove(Move move) const {
+  const Square from = MoveFrom(move), to = MoveTo(move);
+  const Color us = side_to_move;
+  const BoardPlyState& state = plies[ply];
+  std::uint64_t key = state.pawn_key;
+  if (MoveMoved(move) == PAWN) {
+    key ^= PawnKeyOf(us, from);
+    if (!MovePromotion(move)) key ^= PawnKeyOf(us, to);
+  }
+  if (MoveCaptured(move) == PAWN) {
+    const bool en_passant = MoveMoved(move) == PAWN && state.ep_square && to == state.ep_square;
+    key ^= PawnKeyOf(us ^ 1, en_passant ? (us == WHITE ? to - 8 : to + 8) : to);
+  }
+  return key;
+}
+
 bool Board::IsDraw() const {
   const BoardSide& white = sides[WHITE];
   const BoardSide& black = sides[BLACK];

@@ -51,6 +51,13 @@ class PAWN_HASH_TABLE final : public ABSTRACT_HASH_TABLE {
     const PAWN_HASH_ENTRY& entry = slots[Index(pawn_key, position_type)];
     return entry.key == pawn_key && entry.position_type == position_type ? &entry : nullptr;
   }
+  // Asks for the slot of a pawn structure about to be evaluated; an entry spans up to three lines.
+  void Prefetch(std::uint64_t pawn_key, int position_type) const {
+    const char* slot = reinterpret_cast<const char*>(&slots[Index(pawn_key, position_type)]);
+    __builtin_prefetch(slot);
+    __builtin_prefetch(slot + 64);
+    __builtin_prefetch(slot + sizeof(PAWN_HASH_ENTRY) - 1);
+  }
   // Overwrites the slot of `entry.key` and `entry.position_type`.
   void Store(const PAWN_HASH_ENTRY& entry) { slots[Index(entry.key, entry.position_type)] = entry; }
 

@@ -464,13 +464,22 @@ struct MoveSource {
 
 enum class Next { MOVE, FINISH, ANSWER };
 
+// Asks for the table entries of a child about to be searched. Its pawn entry is asked for only when
+// the move changes the pawns (else it is the node's own), under the node's position type.
+void PrefetchChild(const Node& n, Move move) {
+  PrefetchHashEntries(n.board.KeyAfterMove(move));
+  if (MoveMoved(move) == PAWN || MoveCaptured(move) == PAWN) {
+    PawnHashTable.Prefetch(n.board.PawnKeyAfterMove(move), n.type);
+  }
+}
+
 // The next move from the ordered list of the current region, or of the next one.
 bool PickMove(Node& n, MoveSource& src, Move& move) {
   if (src.quiescence_order) {
     if (!src.scored) {
       n.end = ScoreQuiescenceMoves(n.list, n.end, n.hash_move, n.tree.killers[n.ply], n.gamma, n.board);
       // The few captures of a quiescence node: all their children's entries are asked for at once.
-      for (const Move* m = n.list; m < n.end; ++m) PrefetchHashEntries(n.board.KeyAfterMove(*m & MOVE_MASK));
+      for (const Move* m = n.list; m < n.end; ++m) PrefetchChild(n, *m & MOVE_MASK);
       src.cursor = n.list;
       src.scored = true;
     }
@@ -489,7 +498,7 @@ bool PickMove(Node& n, MoveSource& src, Move& move) {
   ++src.cursor;
   // In a sorted region the move after this one is known: its entries arrive while this one is searched.
   if (src.region.sorted && src.cursor < src.region.last) {
-    PrefetchHashEntries(n.board.KeyAfterMove(*src.cursor & MOVE_MASK));
+    PrefetchChild(n, *src.cursor & MOVE_MASK);
   }
   return true;
 }
@@ -589,7 +598,7 @@ int MoveLoop(Node& n) {
         !QuiescenceFilter(n.board, move, n.distance, n.gamma, n.type)) {
       continue;
     }
-    PrefetchHashEntries(n.board.KeyAfterMove(move));
+    PrefetchChild(n, move);
     int kinds = n.extension.kinds;
     int extended_distance = n.distance;
     if (enable_search_extensions) {

@@ -67,7 +67,7 @@ std::string Describe(const Board& board, Move m) {
 void CheckMove(Board& board, Move m) {
   const Board before(board);
   const std::string where = Describe(board, m);
-  const std::uint64_t predicted = board.KeyAfterMove(m);
+  const std::uint64_t predicted = board.KeyAfterMove(m), predicted_pawns = board.PawnKeyAfterMove(m);
   EXPECT_TRUE(IsMovePseudoLegal(board, m)) << where;
   EXPECT_FALSE(IsMovePseudoLegal(board, m ^ MOVE_DIRECT_CHECK)) << where;
   EXPECT_FALSE(IsMovePseudoLegal(board, m ^ MOVE_DISCOVERED_CHECK)) << where;
@@ -78,6 +78,7 @@ void CheckMove(Board& board, Move m) {
   EXPECT_EQ(board.Key(), predicted) << where;
   EXPECT_EQ(board.Key(), board.ComputeKey()) << where;
   EXPECT_EQ(board.PawnKey(), board.ComputePawnKey()) << where;
+  EXPECT_EQ(board.PawnKey(), predicted_pawns) << where;
   // The checking piece of a castling is the rook, which the move word counts as direct.
   Square checker = MoveTo(m);
   if (IsCastling(m)) checker = MoveTo(m) > MoveFrom(m) ? MoveTo(m) - 1 : MoveTo(m) + 1;
