@@ -460,14 +460,16 @@ struct MoveSource {
   bool quiescence_order = false;
   bool scored = false;
   bool hash_searched = false;
+  Move next = 0;               // the move whose child's key was worked out ahead
+  std::uint64_t next_key = 0;  // and that key
 };
 
 enum class Next { MOVE, FINISH, ANSWER };
 
 // Asks for the table entries of a child about to be searched. Its pawn entry is asked for only when
 // the move changes the pawns (else it is the node's own), under the node's position type.
-void PrefetchChild(const Node& n, Move move) {
-  PrefetchHashEntries(n.board.KeyAfterMove(move));
+void PrefetchChild(const Node& n, Move move, std::uint64_t key) {
+  PrefetchHashEntries(key);
   if (MoveMoved(move) == PAWN || MoveCaptured(move) == PAWN) {
     PawnHashTable.Prefetch(n.board.PawnKeyAfterMove(move), n.type);
   }
@@ -479,7 +481,9 @@ bool PickMove(Node& n, MoveSource& src, Move& move) {
     if (!src.scored) {
       n.end = ScoreQuiescenceMoves(n.list, n.end, n.hash_move, n.tree.killers[n.ply], n.gamma, n.board);
       // The few captures of a quiescence node: all their children's entries are asked for at once.
-      for (const Move* m = n.list; m < n.end; ++m) PrefetchChild(n, *m & MOVE_MASK);
+      for (const Move* m = n.list; m < n.end; ++m) {
+        PrefetchChild(n, *m & MOVE_MASK, n.board.KeyAfterMove(*m & MOVE_MASK));
+      }
       src.cursor = n.list;
       src.scored = true;
     }
@@ -498,7 +502,9 @@ bool PickMove(Node& n, MoveSource& src, Move& move) {
   ++src.cursor;
   // In a sorted region the move after this one is known: its entries arrive while this one is searched.
   if (src.region.sorted && src.cursor < src.region.last) {
-    PrefetchChild(n, *src.cursor & MOVE_MASK);
+    src.next = *src.cursor & MOVE_MASK;
+    src.next_key = n.board.KeyAfterMove(src.next);
+    PrefetchChild(n, src.next, src.next_key);
   }
   return true;
 }
@@ -598,7 +604,7 @@ int MoveLoop(Node& n) {
         !QuiescenceFilter(n.board, move, n.distance, n.gamma, n.type)) {
       continue;
     }
-    PrefetchChild(n, move);
+    PrefetchChild(n, move, move == src.next ? src.next_key : n.board.KeyAfterMove(move));
     int kinds = n.extension.kinds;
     int extended_distance = n.distance;
     if (enable_search_extensions) {
