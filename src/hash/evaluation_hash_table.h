@@ -41,7 +41,6 @@ class EVALUATION_HASH_TABLE final : public ABSTRACT_HASH_TABLE {
   // Asks the processor for the slot of a position about to be evaluated.
   void Prefetch(std::uint64_t key) const { __builtin_prefetch(&slots[key & mask]); }
 
-
  private:
   SlotArray<EVALUATION_HASH_ENTRY> slots;
   std::uint64_t mask = 0;
