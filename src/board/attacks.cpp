@@ -53,22 +53,17 @@ Bitboard SlidersOnRay(const Board& board, Square s, int d) {
 
 namespace {
 
+// A candidate blocks when it is the only piece between k and one of the sliders on k's lines;
+// looping over those few sliders is cheaper than looking along the line of every candidate.
 Bitboard FindBlockersAmong(const Board& board, Bitboard candidates, Bitboard straight, Bitboard diagonal,
                            Square k) {
-  // Only sliders on a line through k can pin or discover; most positions have none there.
-  straight &= Tables.rook_lines[k];
-  diagonal &= Tables.bishop_lines[k];
-  if ((straight | diagonal) == 0) return 0;
+  Bitboard snipers = (straight & Tables.rook_lines[k]) | (diagonal & Tables.bishop_lines[k]);
   Bitboard result = 0;
-  for (Bitboard b = candidates; b;) {
-    Square c = PopFirstBit(b);
-    int d = Tables.direction[k][c];
-    Bitboard sliders = IsStraightDirection(d) ? straight : IsDiagonalDirection(d) ? diagonal : 0;
-    // The slider must stand on the ray from k through c; only then is the line looked up.
-    sliders &= d != DIR_NONE ? Tables.rays[d - 1][k] : 0;
-    if (sliders != 0 && (board.LineAttacks(c, d) & sliders)) result |= SquareBit(c);
+  while (snipers) {
+    const Bitboard between = Tables.between[k][PopFirstBit(snipers)] & board.occupied;
+    if (between && !HasMoreThanOne(between)) result |= between;
   }
-  return result;
+  return result & candidates;
 }
 
 }  // namespace
