@@ -10,7 +10,7 @@ JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 # The engine is built for the machine that runs it; NATIVE=OFF builds one that runs on any x86-64.
 NATIVE ?= ON
 CMAKE_FLAGS ?= -DCMAKE_BUILD_TYPE=Release -DZEPHRIN_NATIVE=$(NATIVE)
-# With clang and lld installed the engine is built by clang with thin link-time optimisation, the
+# With clang and lld installed the engine is built by clang with link-time optimisation, the
 # fastest of the builds measured; otherwise by the default compiler. Expanded after `deps` ran.
 TOOLCHAIN = $(shell command -v clang++ >/dev/null 2>&1 && command -v ld.lld >/dev/null 2>&1 && \
               echo -DCMAKE_CXX_COMPILER=clang++ -DZEPHRIN_LTO=ON)
