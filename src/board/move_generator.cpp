@@ -56,6 +56,13 @@ inline Bitboard Filter(const GenContext& g, Bitboard direct, Bitboard discovered
 
 inline Move* Emit(Move* list, const GenContext& g, Square from, Bitboard to_set, PieceType moved,
                   Bitboard direct, Bitboard discovered) {
+  if ((direct | discovered) == 0) {  // most pieces give no check from any target
+    while (to_set) {
+      Square to = PopFirstBit(to_set);
+      *list++ = WordOnBoard(g.board, from, to, moved);
+    }
+    return list;
+  }
   while (to_set) {
     Square to = PopFirstBit(to_set);
     Move m = WordOnBoard(g.board, from, to, moved);
