@@ -21,11 +21,6 @@ constexpr int RANK_SEVEN = 6;  // counted from 0
 
 enum class FileKind { OPEN, HALF_OPEN, BEHIND_PAWN, PAST_PAWN };
 
-// The squares beyond s as the colour looks: higher squares for White, lower for Black.
-Bitboard Beyond(Color colour, Square s) {
-  return colour == WHITE ? ~((SquareBit(s) << 1) - 1) : SquareBit(s) - 1;
-}
-
 // The first square of a set beyond some square, as the colour looks.
 Square Nearest(Color colour, Bitboard set) { return colour == WHITE ? FirstBit(set) : LastBit(set); }
 
@@ -52,10 +47,10 @@ FileKind ClassifyFile(const Board& board, Color colour, Square s) {
   const Bitboard enemy_pawns = board.sides[colour ^ 1].pawns & file;
   if ((own_pawns | enemy_pawns) == 0) return FileKind::OPEN;
   if (own_pawns == 0) return FileKind::HALF_OPEN;
-  const Bitboard ahead = Beyond(colour, s);
+  const Bitboard ahead = LaterSquares(colour, s);
   if ((own_pawns & ahead) == 0) return FileKind::PAST_PAWN;
   Square own_first = Nearest(colour, own_pawns & ahead);
-  if ((enemy_pawns & ahead & ~Beyond(colour, own_first)) != 0) return FileKind::HALF_OPEN;
+  if ((enemy_pawns & ahead & ~LaterSquares(colour, own_first)) != 0) return FileKind::HALF_OPEN;
   return FileKind::BEHIND_PAWN;
 }
 
@@ -102,7 +97,7 @@ ScorePair BehindPawn(EvaluationRecord& record, const Board& board, Color colour,
                      Bitboard attacks) {
   const BoardSide& own = board.sides[colour];
   ScorePair pair;
-  Square pawn = Nearest(colour, own.pawns & FileMask(FileOf(s)) & Beyond(colour, s));
+  Square pawn = Nearest(colour, own.pawns & FileMask(FileOf(s)) & LaterSquares(colour, s));
   int pawn_rank = RelativeRank(pawn, colour);
   if (pawn_rank == 1 || pawn_rank == 2) {
     pair -= ScorePair(6, 14);
@@ -140,7 +135,7 @@ ScorePair EvaluateRook(EvaluationRecord& record, const Board& board, Color colou
   const BoardSide& other = board.sides[enemy];
   const int f = FileOf(s);
   const int wing = KNIGHT_WING_OF_FILE[f];
-  const Bitboard later = own.rooks & Beyond(colour, s);
+  const Bitboard later = own.rooks & LaterSquares(colour, s);
   const bool on_seventh = RelativeRank(s, colour) == RANK_SEVEN;
   const bool king_on_last_ranks = EnemyKingOnLastRanks(board, colour);
 

@@ -42,6 +42,11 @@ constexpr Bitboard FlipRanks(Bitboard b) {
 // A set stated for White, as it stands for colour c, and back. RelativeSquare and RelativeRank
 // do the same for one square.
 constexpr Bitboard RelativeSet(Color c, Bitboard b) { return c == WHITE ? b : FlipRanks(b); }
+// The squares after s in colour c's own order of squares (square ^ 56 for Black): for White the
+// higher squares; for Black the lower ranks and, on the rank of s, the files to its right.
+constexpr Bitboard LaterSquares(Color c, Square s) {
+  return RelativeSet(c, ~((SquareBit(RelativeSquare(s, c)) << 1) - 1));
+}
 // Whether colour c has any of the squares stated for White in `set` occupied by `pieces`.
 constexpr bool Has(Color c, Bitboard pieces, Bitboard set) { return (pieces & RelativeSet(c, set)) != 0; }
 

@@ -147,8 +147,10 @@ int EvaluateSimple(EvaluationRecord& record, const Board& board, int bound) {
 
   SetBishopPairs(record, board);
   RunnerCase runner_case;
-  int score = SimplePassedPawns(record, board) + MaterialImbalance(board).Positional() +
-              BareKingRunners(record, board, runner_case);
+  // The runners read the passed pawns' fronts, so the passed pawns come first.
+  int score = SimplePassedPawns(record, board);
+  score += MaterialImbalance(board).Positional();
+  score += BareKingRunners(record, board, runner_case);
   if (record.side_facts[WHITE].bishop_pair) score += BISHOP_PAIR_BONUS;
   if (record.side_facts[BLACK].bishop_pair) score -= BISHOP_PAIR_BONUS;
 

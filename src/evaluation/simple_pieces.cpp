@@ -88,9 +88,6 @@ bool EnemyKingOnLastRanks(const Board& board, Color c) {
   return RelativeRank(board.sides[c ^ 1].king_square, c) >= RANK_SEVEN;
 }
 
-// The squares beyond s as the colour looks: higher squares for White, lower for Black.
-Bitboard Beyond(Color c, Square s) { return c == WHITE ? ~((SquareBit(s) << 1) - 1) : SquareBit(s) - 1; }
-
 // A bishop on a7 (h7) shut in by an enemy pawn on b6 (g6), worse with one on c7 (f7) too.
 int TrappedBishop(const Board& board, Color c, Square s) {
   const Bitboard enemy = board.sides[c ^ 1].pawns;
@@ -145,7 +142,7 @@ int Rook(EvaluationRecord& record, const Board& board, Color c, Square s) {
 
   const bool on_seventh = RelativeRank(s, c) == RANK_SEVEN;
   const bool king_on_last_ranks = EnemyKingOnLastRanks(board, c);
-  const Bitboard x = own.rooks & Beyond(c, s) & att;
+  const Bitboard x = own.rooks & LaterSquares(c, s) & att;
   if ((x & RelativeRankMask(RANK_SEVEN, c)) != 0 && on_seventh && king_on_last_ranks) {
     return v + 75 + PawnsHeldByRook(board, c, att, false);
   }
@@ -172,7 +169,8 @@ int FreeChecks(const EvaluationRecord& record, const Board& board, Color c, Bitb
     if (!IsAttackedByPieces(board, PopFirstBit(squares), enemy)) ++n;
   }
   if (n == 0) return 0;
-  return board.side_to_move == c && !board.InCheck() ? 33 + 4 * n : 16 + 2 * n;
+  // With this side to move the enemy king is never in check: the free checks can be given now.
+  return board.side_to_move == c ? 33 + 4 * n : 16 + 2 * n;
 }
 
 int QueensOf(EvaluationRecord& record, const Board& board, Color c) {

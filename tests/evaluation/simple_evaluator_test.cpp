@@ -103,6 +103,7 @@ const char* const SIMPLE_POSITIONS[] = {
     "6k1/R4p1p/6p1/1r6/8/6P1/5P1P/2N3K1 b - - 0 1",
     "b5k1/1p3ppp/1P6/8/8/8/5PPP/B5K1 w - - 0 1",
     "8/8/1p2k3/1P6/8/3K2B1/8/8 w - - 0 1",
+    "1b3rk1/R2R1p1p/6p1/8/8/8/5PPP/6K1 w - - 0 1",  // two rooks on one rank: which is the later one
 };
 
 // Every position of short walks from endgame positions: the mirror scores the same for the side
